@@ -1,0 +1,112 @@
+// ormivane: the monitor. Headless, it runs the tick, the logs and the stop
+// signals without any window.
+#include "core/graph_view.h"
+#include "core/ini_store.h"
+#include "core/monitor.h"
+#include "core/monitor_loop.h"
+#include "core/paths.h"
+#include "core/version.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <cstdio>
+
+using namespace orm;
+
+namespace {
+
+void printLine(FILE* to, const QString& text)
+{
+    std::fputs(text.toLocal8Bit().constData(), to);
+    std::fputc('\n', to);
+    std::fflush(to);
+}
+
+}  // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QString::fromLatin1(ProductName));
+    QCoreApplication::setOrganizationName(QString::fromLatin1(CompanyName));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORMIVANE_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Ormivane monitors this computer and its network connection: it samples each Node once a "
+                       "second and logs the values into a daily log."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption headless(QStringLiteral("headless"), QStringLiteral("Run without windows."));
+    const QCommandLineOption dataDir(QStringLiteral("data-dir"),
+                                     QStringLiteral("Folder for logs and working files (default: %1).")
+                                         .arg(defaultDataDir()),
+                                     QStringLiteral("DIR"));
+    const QCommandLineOption config(QStringLiteral("config"),
+                                    QStringLiteral("Settings file (default: %1).").arg(defaultConfigFile()),
+                                    QStringLiteral("FILE"));
+    const QCommandLineOption ticks(QStringLiteral("ticks"), QStringLiteral("Stop after N ticks."),
+                                   QStringLiteral("N"));
+    parser.addOptions({headless, dataDir, config, ticks});
+    parser.addPositionalArgument(QStringLiteral("words"),
+                                 QStringLiteral("txtDebug writes a debug trace to Ormivane.txt in the data "
+                                                "folder; VDDebugMode turns off the speed test minimum rule."),
+                                 QStringLiteral("[txtDebug] [VDDebugMode]"));
+    parser.process(app);
+
+    long maxTicks = 0;
+    if (parser.isSet(ticks)) {
+        bool ok = false;
+        maxTicks = parser.value(ticks).toLong(&ok);
+        if (!ok || maxTicks < 1) {
+            printLine(stderr, QStringLiteral("ormivane: --ticks needs a whole number above 0, not \"%1\"")
+                                  .arg(parser.value(ticks)));
+            return 2;
+        }
+    }
+
+    MonitorOptions options;
+    options.dataDir = QDir(parser.isSet(dataDir) ? parser.value(dataDir) : defaultDataDir()).absolutePath();
+    options.commandLine = QCoreApplication::arguments().mid(1).join(QLatin1Char(' '));
+    options.execPath = QFileInfo(QCoreApplication::applicationFilePath()).absoluteFilePath();
+    const QString configFile = parser.isSet(config) ? parser.value(config) : defaultConfigFile();
+
+    if (!QDir().mkpath(options.dataDir)) {
+        printLine(stderr, QStringLiteral("ormivane: cannot create the data folder %1").arg(options.dataDir));
+        return 2;
+    }
+
+    SystemClock clock;
+    IniStore store(configFile);
+    auto sources = SourceSet::forLinux();
+    // Until the desktop shell exists every run is headless; --headless keeps it so later.
+    Q_UNUSED(headless);
+    HistoryViewFactory views;
+    Monitor monitor(options, clock, store, *sources, views);
+
+    if (!monitor.startUp()) {
+        printLine(stderr, monitor.startError());
+        return 3;
+    }
+    for (const Notice& n : monitor.notices)
+        printLine(stdout, n.title + QStringLiteral(": ") + QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    monitor.notices.clear();
+
+    MonitorLoop loop(monitor, maxTicks);
+    loop.watchStopSignals();
+    int status = 0;
+    QObject::connect(&loop, &MonitorLoop::finished, &app, [&](int s) {
+        status = s;
+        QCoreApplication::quit();
+    });
+    loop.start();
+    app.exec();
+
+    if (!monitor.fatalError.isEmpty()) {
+        printLine(stderr, QStringLiteral("ormivane: ") + monitor.fatalError);
+        return status ? status : 1;
+    }
+    return status;
+}

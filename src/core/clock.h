@@ -1,0 +1,58 @@
+// The one clock of the program: every reading of time goes through it, so that
+// tests can set the hour and move time without sleeping.
+#pragma once
+
+#include <QDateTime>
+#include <QtGlobal>
+
+namespace orm {
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+    // Monotonic milliseconds cut to 32 bits and read as signed: differences stay
+    // right across the wrap.
+    virtual qint32 tickCount() const = 0;
+    // Milliseconds since boot, including suspend, cut the same way (up-time).
+    virtual qint32 uptimeTickCount() const = 0;
+    // The local wall-clock time.
+    virtual QDateTime now() const = 0;
+};
+
+class SystemClock final : public Clock {
+public:
+    qint32 tickCount() const override;
+    qint32 uptimeTickCount() const override;
+    QDateTime now() const override;
+};
+
+// A clock that stands still until told to move.
+class ManualClock final : public Clock {
+public:
+    explicit ManualClock(QDateTime start = QDateTime(QDate(2026, 3, 5), QTime(9, 7, 41)), qint32 tick = 48215203)
+        : wall_(start), tick_(tick), uptime_(tick) {}
+    qint32 tickCount() const override { return tick_; }
+    qint32 uptimeTickCount() const override { return uptime_; }
+    QDateTime now() const override { return wall_; }
+    void advance(qint32 ms)
+    {
+        tick_ = qint32(quint32(tick_) + quint32(ms));
+        uptime_ = qint32(quint32(uptime_) + quint32(ms));
+        wall_ = wall_.addMSecs(ms);
+    }
+    void setNow(const QDateTime& t) { wall_ = t; }
+    void setTick(qint32 t) { tick_ = t; uptime_ = t; }
+
+private:
+    QDateTime wall_;
+    qint32 tick_;
+    qint32 uptime_;
+};
+
+// Elapsed milliseconds between two tick counts, right across the 32-bit wrap.
+inline qint32 tickDiff(qint32 later, qint32 earlier)
+{
+    return qint32(quint32(later) - quint32(earlier));
+}
+
+}  // namespace orm

@@ -1,0 +1,152 @@
+// DisplayData: one value for each Node of each Graph whose turn has come,
+// handed to the Graph's view.
+#include "core/debug_log.h"
+#include "core/monitor.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace orm {
+
+double percentageRule(qint16 measuring, const QString& dataType, double total, double available)
+{
+    const bool percent = dataType == QStringLiteral("percent");
+    switch (measuring) {
+    case 0:
+        return percent ? 100.0 : total;
+    case 1:
+        if (!percent)
+            return total - available;
+        return total != 0 ? (total - available) / total * 100.0 : 0.0;  // a total of 0 reads 0
+    case 2:
+        if (!percent)
+            return available;
+        return total != 0 ? available / total * 100.0 : 0.0;
+    default:
+        return 0.0;
+    }
+}
+
+double rateRule(Node& node, double counter, double seconds)
+{
+    if (node.LastRawValue == 0)
+        node.LastRawValue = counter;
+    const double delta = counter - node.LastRawValue;
+    node.LastRawValue = counter;
+    return seconds != 0 ? delta / seconds : 0.0;
+}
+
+double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
+{
+    const MemoryFigures& mem = sources_.memory->figures;
+    DriveInfo& drives = *sources_.drives;
+    auto drive = [&]() -> DriveRecord* {
+        const int d = drives.indexOf(node.DriveMonitoring);
+        // A drive that is not in the table reads 0: the panel only offers drives that exist.
+        return d >= 0 && size_t(d) < drives.DriveTable.size() ? &drives.DriveTable[size_t(d)] : nullptr;
+    };
+
+    switch (node.NodeType) {
+    case CpuType:
+        trace(QStringLiteral("DisplayData CPU"));
+        return sources_.cpu->value(node.CPUNumber);
+    case RamType:
+        trace(QStringLiteral("DisplayData RAM"));
+        return percentageRule(node.Measuring, graph.DataType, mem.MemTotalPhys, mem.MemAvailPhys);
+    case DriveSpaceType: {
+        trace(QStringLiteral("DisplayData HDD"));
+        const DriveRecord* d = drive();
+        return d ? percentageRule(node.Measuring, graph.DataType, d->TotalBytes, d->FreeBytes) : 0.0;
+    }
+    case PageFileType:
+        trace(QStringLiteral("DisplayData PAGE_FILE"));
+        return percentageRule(node.Measuring, graph.DataType, mem.MemTotalPageFile, mem.MemAvailPageFile);
+    case DiskRWType: {
+        trace(QStringLiteral("DisplayData DISK_ACTIVITY"));
+        const DriveRecord* d = drive();
+        return d ? rateRule(node, d->Performance.BytesRead + d->Performance.BytesWritten, seconds) : 0.0;
+    }
+    case DiskReadType: {
+        trace(QStringLiteral("DisplayData DISK_READ"));
+        const DriveRecord* d = drive();
+        return d ? rateRule(node, d->Performance.BytesRead, seconds) : 0.0;
+    }
+    case DiskWriteType: {
+        trace(QStringLiteral("DisplayData DISK_WRITE"));
+        const DriveRecord* d = drive();
+        return d ? rateRule(node, d->Performance.BytesWritten, seconds) : 0.0;
+    }
+    case SysUptimeType:
+        trace(QStringLiteral("DisplayData SYSTEM_UPTIME"));
+        return double(quint32(tickUptime_));  // restarts from 0 every 49.7 days
+    case VMemoryType:
+        trace(QStringLiteral("DisplayData VIRTUAL_MEMORY"));
+        return percentageRule(node.Measuring, graph.DataType, mem.MemTotalVirtual, mem.MemAvailVirtual);
+    default:
+        // Network, website and the rest of the system types join through this frame as
+        // their sources arrive; until then they read 0.
+        return 0.0;
+    }
+}
+
+void Monitor::DisplayData()
+{
+    debugLog().enter(QStringLiteral("DisplayData"));
+    QString gadgetText;
+    bool gadgetDue = false;
+    std::vector<double> values;
+
+    const size_t upper = Sensors.size();
+    for (size_t i = 0; i < upper; ++i) {
+        // A Graph may have gone while an event ran: the bound is read again each step.
+        if (Closing || i >= Sensors.size())
+            break;
+        Graph& g = Sensors[i];
+        if (g.LogGraph)
+            continue;
+        if (g.TicksToSample != 0) {  // -1 after a stored 0 counts as not due, for good
+            --g.TicksToSample;
+            continue;
+        }
+        g.TicksToSample = g.SampleEverySeconds - 1;
+        values.assign(g.Nodes.size(), 0.0);
+        for (size_t j = 0; j < g.Nodes.size(); ++j) {
+            if (Closing)
+                break;
+            Node& n = g.Nodes[j];
+            if (n.LastSampleTime == 0)
+                n.LastSampleTime = LastTick;
+            const double seconds = tickDiff(LastTick, qint32(qint64(n.LastSampleTime))) / 1000.0;
+            n.LastSampleTime = LastTick;
+            if (n.NodeType >= WebsiteType && n.NodeType <= WifiType)
+                values[j] = evaluateNode(g, n, int(i), int(j), seconds);
+            if (debugLog().enabled())
+                debugLog().log(QStringLiteral("DisplayData WriteVal-%1|%2|%3").arg(i).arg(j).arg(values[j]));
+        }
+        if (Closing)
+            break;
+        trace(QStringLiteral("DisplayData Writing"));
+        if (g.GraphType == VistaGadget) {
+            gadgetDue = true;
+            for (size_t j = 0; j < g.Nodes.size(); ++j)
+                gadgetText += g.Nodes[j].GadgetKey + QLatin1Char('=') +
+                              QString::number(double(g.Nodes[j].GadgetScale) * values[j]) + QLatin1Char('\n');
+            continue;
+        }
+        const QString clockText = clock_.now().toString(QStringLiteral("HH:mm:ss"));
+        if (i < GraphForms.size() && GraphForms[i])
+            GraphForms[i]->WriteGraph(values, clockText, 60, 5);
+    }
+    if (gadgetDue && !gadgetFolder.isEmpty()) {
+        if (QDir(gadgetFolder).exists()) {
+            QFile f(gadgetFolder + QStringLiteral("/update.txt"));
+            if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+                f.write(gadgetText.toLocal8Bit());
+        } else {
+            gadgetFolder.clear();
+        }
+    }
+    debugLog().leave(QStringLiteral("DisplayData"));
+}
+
+}  // namespace orm

@@ -1,0 +1,92 @@
+#include "core/monitor.h"
+
+#include "core/debug_log.h"
+#include "core/number_text.h"
+#include "core/paths.h"
+#include "core/version.h"
+
+#include <QDir>
+
+namespace orm {
+
+Monitor::Monitor(MonitorOptions options, const Clock& clock, KeyValueStore& store, SourceSet& sources,
+                 GraphViewFactory& views)
+    : options_(std::move(options)), clock_(clock), store_(store), sources_(sources), views_(views)
+{
+    autoStart_ = std::make_unique<AutoStartEntry>(autostartFile());
+}
+
+Monitor::~Monitor() = default;
+
+bool Monitor::commandLineHas(const QString& word) const
+{
+    return options_.commandLine.contains(word);
+}
+
+QString Monitor::debugLogPath() const
+{
+    return options_.dataDir + QLatin1Char('/') + QLatin1String(ProductName) + QStringLiteral(".txt");
+}
+
+void Monitor::addNotice(const QString& title, const QString& text)
+{
+    notices.push_back({title, text});
+}
+
+void Monitor::SaveSettings()
+{
+    orm::SaveSettings(store_, Settings, Sensors, sources_.adapterMap(), *autoStart_, options_.execPath);
+}
+
+void Monitor::AddSensor(bool logGraph)
+{
+    // Pause: no tick may see a half-grown array. With one thread and the timer
+    // off, a tick can only be running if this was called from inside one.
+    const bool wasEnabled = tmrDataEnabled;
+    tmrDataEnabled = false;
+
+    const int index = int(Sensors.size());
+    Graph g = newGraph(index, logGraph, cascade, clock_.now());
+    g.Nodes[0].AdapterIndex = sources_.defaultAdapterSlot();
+    cascade.x += 17;
+    cascade.y += 17;
+    Sensors.push_back(std::move(g));
+    GraphForms.resize(Sensors.size());
+    SaveSettings();
+    GraphForms[size_t(index)] = views_.make(index);
+    GraphForms[size_t(index)]->OpenGraph();
+
+    tmrDataEnabled = wasEnabled;
+}
+
+bool Monitor::CloseTimer()
+{
+    store_.reload();
+    const QString compact = QString::fromLatin1(ProductName).remove(QLatin1Char(' '));
+    const bool closeNow =
+        parseBool(store_.readValue(QStringLiteral("Settings"), QStringLiteral("CloseNow"), QStringLiteral("False")))
+            .value_or(false);
+    Q_UNUSED(compact);  // the product name has no blanks: both keys are the same
+    if (closeNow)
+        Closing = true;
+    return Closing;
+}
+
+void Monitor::unload()
+{
+    if (!Closing || unloaded_)
+        return;
+    unloaded_ = true;
+    trace(QStringLiteral("UnLoadMain 1.0"));
+    tmrDataEnabled = false;
+    sources_.cpu->GetCpuUsage(false, true, 0);
+    LogWriter::removeWorkingCopies(options_.dataDir);
+    GraphForms.clear();
+    store_.writeValue(QStringLiteral("Settings"), QStringLiteral("XLoc"), QString::number(Settings.XLoc));
+    store_.writeValue(QStringLiteral("Settings"), QStringLiteral("YLoc"), QString::number(Settings.YLoc));
+    store_.sync();
+    trace(QStringLiteral("UnLoadMain 2.0"));
+    instanceLock_.reset();
+}
+
+}  // namespace orm

@@ -1,0 +1,138 @@
+// The monitor: the model, the sources, the tick and the start and stop of the
+// program, everything the control panel owns except its widgets.
+#pragma once
+
+#include "core/autostart.h"
+#include "core/clock.h"
+#include "core/graph_view.h"
+#include "core/key_value_store.h"
+#include "core/model.h"
+#include "core/settings_store.h"
+#include "core/source_set.h"
+#include "logging/log_writer.h"
+
+#include <QLockFile>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+namespace orm {
+
+struct MonitorOptions {
+    QString dataDir;
+    QString commandLine;   // the words given to the program, searched for "txtDebug" and "VDDebugMode"
+    QString execPath;      // written into the autostart entry
+};
+
+// The panel's lists that start-up fills; the windows show them later.
+struct PanelLists {
+    QStringList cmbDriveList;
+    QStringList cmbCPU;
+    QStringList cmbNetCard;
+    QStringList cmbSSID;
+    QStringList cmbLineType;
+    QStringList cmbLineWidth;
+};
+
+// Something the user must be told: a tray balloon or a message box.
+struct Notice {
+    QString title;
+    QString text;
+};
+
+class Monitor {
+public:
+    Monitor(MonitorOptions options, const Clock& clock, KeyValueStore& store, SourceSet& sources,
+            GraphViewFactory& views);
+    ~Monitor();
+
+    // Start-up without windows, in the fixed order. False when the program must not run on
+    // (another instance holds the data folder); startError() says why.
+    bool startUp();
+    // Shut-down: only when Closing is set.
+    void unload();
+
+    // One tick of tmrData.
+    void TimerData();
+    // CloseTimer: re-reads the stop signal; true when the program should unload now.
+    bool CloseTimer();
+
+    // Structural edits.
+    void AddSensor(bool logGraph);
+    void SaveSettings();
+
+    // Model.
+    std::vector<Graph> Sensors;
+    std::vector<std::unique_ptr<GraphView>> GraphForms;
+    ProgramSettings Settings;
+    PanelLists lists;
+    std::vector<Notice> notices;   // shown by the shell, printed when headless
+    bool PanelReady = false;
+    bool DebugMode = false;
+    CascadePosition cascade{100, 100};
+    QString gadgetFolder;  // the sidebar gadget's folder, once found
+
+    // Loop state.
+    bool TickBusy = false;
+    bool Closing = false;
+    double TickCount = 0;
+    qint32 TickStart = 0;
+    qint32 LastTick = 0;
+    double TickLength = 0;
+    double DataTime = 0, DisplayTime = 0, LogsTime = 0, AlertsTime = 0;
+    bool TestSetupLoaded = false;
+    bool TestSetupBusy = false;
+    qint16 TestSetupWait = 0;
+    bool AsyncCopyDue = false;
+    bool tmrDataEnabled = false;
+
+    // lblDataRetrieval and its red state; the red stays until the user clicks it.
+    QString retrievalText;
+    bool retrievalRed = false;
+    QString retrievalToolTip() const;
+    void clearRetrievalRed() { retrievalRed = false; }
+
+    // Set when the program must end with a failure (a log that cannot be written).
+    QString fatalError;
+
+    bool commandLineHas(const QString& word) const;
+    const Clock& clock() const { return clock_; }
+    SourceSet& sources() { return sources_; }
+    LogWriter& logWriter() { return *logWriter_; }
+    QString startError() const { return startError_; }
+    QString debugLogPath() const;
+
+    // Evaluation (exposed for tests of the rules).
+    void DisplayData();
+    double evaluateNode(Graph& graph, Node& node, int graphIndex, int nodeIndex, double seconds);
+
+private:
+    struct TickFlags {
+        LogFlags read;
+        LogFlags log;
+    };
+    void setFlags(TickFlags& flags);
+    void readSources(const TickFlags& flags);
+    void logData(const LogFlags& flags);
+    void firstRunOrLoad();
+    void addNotice(const QString& title, const QString& text);
+    void requestTestSetup() {}  // the speed test endpoint comes with the website transfers
+
+    MonitorOptions options_;
+    const Clock& clock_;
+    KeyValueStore& store_;
+    SourceSet& sources_;
+    GraphViewFactory& views_;
+    std::unique_ptr<LogWriter> logWriter_;
+    std::unique_ptr<AutoStartEntry> autoStart_;
+    std::unique_ptr<QLockFile> instanceLock_;
+    QString startError_;
+    qint32 tickUptime_ = 0;  // up-time clock at this tick's start (SYS_TMR, uptime Node)
+    bool unloaded_ = false;
+};
+
+// The rules shared by several Node types.
+double percentageRule(qint16 measuring, const QString& dataType, double total, double available);
+double rateRule(Node& node, double counter, double seconds);
+
+}  // namespace orm

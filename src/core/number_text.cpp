@@ -1,0 +1,80 @@
+#include "number_text.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace orm {
+
+QString numberText(double value)
+{
+    if (std::isnan(value) || std::isinf(value))
+        return QStringLiteral("0");
+    if (value == 0)
+        return QStringLiteral("0");  // also folds -0
+    char buf[40];
+    // %G switches to the exponent form exactly where the runtime's shortest
+    // form does: below 1E-04 and from 1E+15 on.
+    std::snprintf(buf, sizeof buf, "%.15G", value);
+    return QString::fromLatin1(buf);
+}
+
+double leadingNumber(const QString& text)
+{
+    QString digits;
+    int i = 0;
+    const int n = int(text.size());
+    auto skipBlanks = [&] {
+        while (i < n && (text[i] == u' ' || text[i] == u'\t'))
+            ++i;
+    };
+    skipBlanks();
+    if (i < n && (text[i] == u'-' || text[i] == u'+'))
+        digits += text[i++];
+    bool seenDigit = false, seenPoint = false;
+    for (; i < n; ++i) {
+        const QChar c = text[i];
+        if (c.isDigit() && c.unicode() < 128) {
+            digits += c;
+            seenDigit = true;
+        } else if (c == u'.' && !seenPoint) {
+            digits += c;
+            seenPoint = true;
+        } else {
+            break;
+        }
+    }
+    if (!seenDigit)
+        return 0;
+    // An exponent counts only when digits follow it.
+    if (i < n && (text[i] == u'e' || text[i] == u'E')) {
+        int k = i + 1;
+        QString exp = QStringLiteral("e");
+        if (k < n && (text[k] == u'-' || text[k] == u'+'))
+            exp += text[k++];
+        int start = k;
+        while (k < n && text[k].isDigit() && text[k].unicode() < 128)
+            exp += text[k++];
+        if (k > start)
+            digits += exp;
+    }
+    bool ok = false;
+    const double v = digits.toDouble(&ok);
+    return ok && std::isfinite(v) ? v : 0;
+}
+
+QString boolText(bool value)
+{
+    return value ? QStringLiteral("True") : QStringLiteral("False");
+}
+
+std::optional<bool> parseBool(const QString& text)
+{
+    const QString t = text.trimmed();
+    if (t.compare(QStringLiteral("True"), Qt::CaseInsensitive) == 0)
+        return true;
+    if (t.compare(QStringLiteral("False"), Qt::CaseInsensitive) == 0)
+        return false;
+    return std::nullopt;
+}
+
+}  // namespace orm

@@ -1,0 +1,23 @@
+// Numbers and booleans as the settings store and the log write and read them.
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace orm {
+
+// The shortest decimal text of a double with up to 15 significant digits:
+// "1000", "0.5", "1E+15", "1E-05"; whole numbers have no decimal point.
+QString numberText(double value);
+
+// The numeric value of a text's leading number ("12abc" is 12, "abc" is 0),
+// the way stored values are read.
+double leadingNumber(const QString& text);
+
+// "True" or "False".
+QString boolText(bool value);
+
+// The stored boolean forms, in any letter case; anything else has no value.
+std::optional<bool> parseBool(const QString& text);
+
+}  // namespace orm

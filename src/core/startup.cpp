@@ -1,0 +1,156 @@
+// Start-up without windows: the steps of the control panel's load that need
+// no window, in their order.
+#include "core/debug_log.h"
+#include "core/monitor.h"
+#include "core/number_text.h"
+#include "core/version.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+
+namespace orm {
+
+bool Monitor::startUp()
+{
+    // 1.
+    if (Closing)
+        return false;
+
+    // 2. One instance per data folder.
+    QDir().mkpath(options_.dataDir);
+    instanceLock_ = std::make_unique<QLockFile>(options_.dataDir + QStringLiteral("/Ormivane.lock"));
+    instanceLock_->setStaleLockTime(0);
+    if (!instanceLock_->tryLock(0)) {
+        startError_ = QLatin1String(ProductName) +
+                      QStringLiteral(" is already running, please look for the icon in the Systray");
+        instanceLock_.reset();
+        Closing = true;
+        return false;
+    }
+
+    // 3. A stop signal left from an earlier session must not close this one.
+    const QString compact = QString::fromLatin1(ProductName).remove(QLatin1Char(' '));
+    Q_UNUSED(compact);
+    store_.deleteValue(SettingsKey, QStringLiteral("CloseNow"));
+    store_.sync();
+
+    // 4.
+    if (commandLineHas(QStringLiteral("txtDebug"))) {
+        DebugMode = true;
+        debugLog().enable(debugLogPath(), &clock_);
+    }
+
+    // 6.
+    if (DebugMode) {
+        debugLog().log(QStringLiteral("ClearData"));
+        const QString dump = settingsDump(store_, 0);
+        for (const QString& line : dump.split(QLatin1Char('\n')))
+            debugLog().log(line);
+        trace(QStringLiteral("LoadMain 1.0"));
+    }
+
+    // 7. Every system this runs on has the wireless queries.
+    Settings.wmi = true;
+
+    // 8.
+    Settings.XLoc = qint32(leadingNumber(store_.readValue(SettingsKey, QStringLiteral("XLoc"), QStringLiteral("0"))));
+    Settings.YLoc = qint32(leadingNumber(store_.readValue(SettingsKey, QStringLiteral("YLoc"), QStringLiteral("0"))));
+
+    // 9. The pen table is fixed; the random source is seeded once.
+    QRandomGenerator::global()->generate();
+
+    // 12. to 16.
+    trace(QStringLiteral("LoadMain 1.11"));
+    sources_.memory->GetMemoryStatus();
+    trace(QStringLiteral("LoadMain 1.12"));
+    trace(QStringLiteral("LoadMain 1.13"));
+    sources_.cpu->GetCpuUsage(true, false, 0);
+    trace(QStringLiteral("LoadMain 1.14"));
+    sources_.drives->GetDriveInfo();
+    trace(QStringLiteral("LoadMain 1.15"));
+    lists.cmbDriveList.clear();
+    for (const DriveRecord& d : sources_.drives->DriveTable) {
+        if (d.Name.isEmpty())
+            continue;
+        lists.cmbDriveList << d.Name + QStringLiteral(" [") +
+                                  QString::number(qRound64(d.TotalBytes / 1073741824.0)) + QStringLiteral(" GB]") +
+                                  QStringLiteral(" [") + d.VolumeName + QStringLiteral("]");
+    }
+    trace(QStringLiteral("LoadMain 1.16"));
+
+    // 17.
+    lists.cmbCPU.clear();
+    for (int c = 0; c < sources_.cpu->ProcessorCount; ++c)
+        lists.cmbCPU << QStringLiteral("CPU %1").arg(c);
+    trace(QStringLiteral("LoadMain 1.1"));
+
+    // 18.
+    trace(QStringLiteral("LoadMain 1.2"));
+    trace(QStringLiteral("LoadMain 1.3"));
+
+    // 19.
+    firstRunOrLoad();
+
+    // 20. to 23.
+    trace(QStringLiteral("LoadMain 1.4"));
+    trace(QStringLiteral("LoadMain 1.41"));
+    trace(QStringLiteral("LoadMain 1.42"));
+    trace(QStringLiteral("LoadMain 1.5"));
+    trace(QStringLiteral("LoadMain 1.55"));
+    trace(QStringLiteral("LoadMain 1.6"));
+    trace(QStringLiteral("LoadMain 1.7"));
+
+    // 24.
+    lists.cmbLineType = {QStringLiteral("Solid Line"), QStringLiteral("Dashes"), QStringLiteral("Dots"),
+                         QStringLiteral("Dash-Dot"), QStringLiteral("Dash-Dot-Dot")};
+    lists.cmbLineWidth = {QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("4"),
+                          QStringLiteral("5")};
+
+    // 25. to 30.
+    trace(QStringLiteral("LoadMain 1.75"));
+    trace(QStringLiteral("LoadMain 1.8"));
+    trace(QStringLiteral("LoadMain 1.85"));
+    trace(QStringLiteral("LoadMain 1.9"));
+    PanelReady = true;
+    trace(QStringLiteral("LoadMain 1.95"));
+
+    // 31.
+    logWriter_ = std::make_unique<LogWriter>(options_.dataDir, clock_, Settings.LogType);
+    tmrDataEnabled = true;
+    trace(QStringLiteral("LoadMain 2.0"));
+    return true;
+}
+
+void Monitor::firstRunOrLoad()
+{
+    const bool firstRun =
+        parseBool(store_.readValue(SettingsKey, QStringLiteral("FirstRun"), QStringLiteral("True"))).value_or(true);
+    if (firstRun) {
+        store_.writeValue(SettingsKey, QStringLiteral("FirstRun"), QStringLiteral("False"));
+        Settings.FirstRun = false;
+        Settings.DisplayToolTips = true;
+        Settings.ShowDataTypeErrors = true;
+        Settings.AutoStart = true;
+        AddSensor(false);
+        addNotice(QLatin1String(ProductName) + QStringLiteral(" Startup Tip"),
+                  QStringLiteral("To help you get started;\n"
+                                 "Click on the (New Graph 1) item on the left of the main control panel to change "
+                                 "options for the graph.\n"
+                                 "Click on the (New Node 1) just under New Graph 1 to change its options or data "
+                                 "type.\n"
+                                 "Node = A Line/Bar on a Graph"));
+        return;
+    }
+    Settings.FirstRun = false;
+    AutoStartEntry& autoStart = *autoStart_;
+    LoadSensors(store_, Settings, Sensors, sources_.adapterMap(), autoStart, clock_.now());
+    GraphForms.clear();
+    for (size_t i = 0; i < Sensors.size(); ++i) {
+        GraphForms.push_back(views_.make(int(i)));
+        GraphForms.back()->OpenGraph();
+        cascade.x += 17;
+        cascade.y += 17;
+    }
+}
+
+}  // namespace orm

@@ -1,0 +1,233 @@
+// The life of one tick: decide which sources are needed, read each once,
+// evaluate the Graphs that are due, write the log line, test the Alerts.
+#include "core/debug_log.h"
+#include "core/monitor.h"
+
+namespace orm {
+
+namespace {
+
+// Sets the flag that a Node type names in one flag set; `drive` is the row of
+// the Node's drive, -1 when the drive table has no such name.
+void setTypeFlag(LogFlags& f, int nodeType, int drive, bool forLog)
+{
+    switch (nodeType) {
+    case WebsiteType:
+    case LanType:
+        if (forLog)
+            f.logWebsite = true;
+        break;
+    case CpuType:
+        f.logCPU = true;
+        break;
+    case RamType:
+    case PageFileType:
+    case VMemoryType:
+        f.logMemory = true;
+        break;
+    case PingType:
+        if (forLog)
+            f.logPing = true;
+        break;
+    case DriveSpaceType:
+    case DiskRWType:
+    case DiskReadType:
+    case DiskWriteType:
+        if (drive >= 0 && size_t(drive) < f.logDrives.size())
+            f.logDrives[size_t(drive)] = true;
+        break;
+    case UpDownType:
+    case DownloadNodeType:
+    case UploadType:
+        f.logAdapters = true;
+        break;
+    case ProcessesType:
+        if (forLog)
+            f.logProcesses = true;
+        break;
+    case ProcessType:
+        if (forLog)
+            f.logProcess = true;
+        break;
+    case BatteryType:
+        if (forLog)
+            f.logBattery = true;
+        break;
+    case WifiType:
+        if (forLog)
+            f.logWifi = true;
+        break;
+    default:  // error Nodes, uptime: no source read, no column
+        break;
+    }
+}
+
+}  // namespace
+
+void Monitor::setFlags(TickFlags& flags)
+{
+    DriveInfo& drives = *sources_.drives;
+    for (size_t i = 0; i < Sensors.size(); ++i) {
+        Graph& g = Sensors[i];
+        if (g.LogGraph)
+            continue;
+        for (Node& n : g.Nodes) {
+            const bool isDriveType = n.NodeType == DriveSpaceType || (n.NodeType >= DiskRWType && n.NodeType <= DiskWriteType);
+            const int drive = isDriveType ? drives.indexOf(n.DriveMonitoring) : -1;
+            if (g.TicksToSample == 0)
+                setTypeFlag(flags.read, n.NodeType, drive, false);
+            if (n.LogData) {
+                if (n.NodeType == SpeedTestType) {
+                    if (TestSetupLoaded || TestSetupBusy) {
+                        flags.log.logTestDownload = true;
+                    } else if (TestSetupWait > 0) {
+                        --TestSetupWait;
+                    } else {
+                        requestTestSetup();
+                        TestSetupWait = 10;
+                    }
+                } else {
+                    setTypeFlag(flags.log, n.NodeType, drive, true);
+                }
+            }
+        }
+    }
+}
+
+void Monitor::readSources(const TickFlags& f)
+{
+    const LogFlags& r = f.read;
+    const LogFlags& l = f.log;
+    if (r.logMemory || l.logMemory)
+        sources_.memory->GetMemoryStatus();
+    if (r.logCPU || l.logCPU)
+        sources_.cpu->GetCpuUsage(false, false, 0);
+    DriveInfo& drives = *sources_.drives;
+    for (size_t d = 0; d < drives.DriveTable.size() && d < r.logDrives.size(); ++d) {
+        if (r.logDrives[d] || l.logDrives[d])
+            drives.UpdateDriveCounters(int(d));
+    }
+}
+
+void Monitor::TimerData()
+{
+    // 1. A firing during a tick is lost, not queued.
+    if (TickBusy)
+        return;
+    TickBusy = true;
+    debugLog().enter(QStringLiteral("TimerData"));
+
+    // 2.
+    TickStart = clock_.tickCount();
+    tickUptime_ = clock_.uptimeTickCount();
+    TickCount += 1;
+    if (LastTick == 0)
+        LastTick = qint32(quint32(TickStart) - 1000u);
+    TickLength = tickDiff(TickStart, LastTick);
+    LastTick = TickStart;
+
+    auto finish = [this] {
+        if (debugLog().enabled()) {
+            debugLog().leave(QStringLiteral("TimerData"));
+        }
+        TickBusy = false;
+    };
+
+    // 3.
+    TickFlags flags;
+    const size_t driveRows = sources_.drives->DriveTable.size();
+    flags.read.logDrives.assign(driveRows, false);
+    flags.log.logDrives.assign(driveRows, false);
+    if (Closing)
+        return finish();
+
+    // 4.
+    setFlags(flags);
+    if (Closing)
+        return finish();
+
+    // 6. and 7.
+    readSources(flags);
+    DataTime = tickDiff(clock_.tickCount(), TickStart);
+    if (Closing)
+        return finish();
+
+    // 8.
+    qint32 mark = clock_.tickCount();
+    DisplayData();
+    DisplayTime = tickDiff(clock_.tickCount(), mark);
+    if (Closing)
+        return finish();
+
+    // 9.
+    mark = clock_.tickCount();
+    logData(flags.log);
+    LogsTime = tickDiff(clock_.tickCount(), mark);
+    if (Closing)
+        return finish();
+
+    // 10.
+    const qint32 total = tickDiff(clock_.tickCount(), TickStart);
+    retrievalText = QStringLiteral("Data Retrieval Rate = ") + QString::number(total) + QStringLiteral(" mS");
+    if (total > 1000)
+        retrievalRed = true;
+
+    // 11. The Alerts come with their own unit; nothing to test yet.
+    mark = clock_.tickCount();
+    AlertsTime = tickDiff(clock_.tickCount(), mark);
+
+    // 12. and 13. Website and speed test transfers start here once they exist.
+    if (Closing)
+        return finish();
+
+    // 14.
+    if (AsyncCopyDue)
+        AsyncCopyDue = false;
+
+    if (debugLog().enabled()) {
+        debugLog().leaveTag(QStringLiteral("TimerData 2.0 (") +
+                            QString::number(tickDiff(clock_.tickCount(), TickStart)) + QStringLiteral(")"));
+    }
+    TickBusy = false;
+}
+
+QString Monitor::retrievalToolTip() const
+{
+    const double totalTime = DataTime + DisplayTime + LogsTime + AlertsTime;
+    return QStringLiteral("Retrieval Times:\n"
+                          "This area shows your data retrieval rates. It is very important to keep these numbers "
+                          "very low, preferably under 1 second total. If it turns Red, then you have exceeded 1 "
+                          "second previously.\n") +
+           QStringLiteral("Data: ") + QString::number(DataTime) + QStringLiteral(" mS\n") +
+           QStringLiteral("Display: ") + QString::number(DisplayTime) + QStringLiteral(" mS\n") +
+           QStringLiteral("Logs: ") + QString::number(LogsTime) + QStringLiteral(" mS\n") +
+           QStringLiteral("Alerts: ") + QString::number(AlertsTime) + QStringLiteral(" mS\n") +
+           QStringLiteral("Total: ") + QString::number(totalTime) + QStringLiteral(" mS");
+}
+
+void Monitor::logData(const LogFlags& flags)
+{
+    LogInputs in;
+    in.SampleLength = TickLength;
+    in.SysTmr = tickUptime_;
+    in.sensors = &Sensors;
+    if (flags.logMemory) {
+        const MemoryFigures& m = sources_.memory->figures;
+        in.memory = {m.MemTotalPhys, m.MemTotalVirtual, m.MemTotalPageFile,
+                     m.MemAvailPhys, m.MemAvailVirtual, m.MemAvailPageFile};
+    }
+    if (flags.logCPU)
+        in.cpu = sources_.cpu->CpuUsageValues;
+    const auto& table = sources_.drives->DriveTable;
+    in.drives.resize(flags.logDrives.size());
+    for (size_t d = 0; d < flags.logDrives.size() && d < table.size(); ++d) {
+        if (flags.logDrives[d])
+            in.drives[d] = {table[d].Name, table[d].FreeBytes, table[d].ReadDelta, table[d].WriteDelta};
+    }
+    if (!logWriter_->LogData(flags, in)) {
+        fatalError = logWriter_->error();
+        Closing = true;
+    }
+}
+
+}  // namespace orm

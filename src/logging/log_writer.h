@@ -1,0 +1,44 @@
+// The daily log: one line of values a tick in <data>/Logs/ex<yyyymmdd>.log, with
+// a header block whenever a file starts or its columns change.
+#pragma once
+
+#include "logging/log_line.h"
+
+#include <QDate>
+#include <QString>
+#include <QtGlobal>
+
+namespace orm {
+
+class Clock;
+
+class LogWriter {
+public:
+    LogWriter(QString dataDir, const Clock& clock, qint32 logType);
+
+    // Writes one line (and a header block when due). False when the folder or
+    // file cannot be made or written; error() then says what and where, and the
+    // caller ends the program. Nothing is retried or held back.
+    bool LogData(const LogFlags& flags, const LogInputs& in);
+    QString error() const { return error_; }
+
+    // The "#Fields: " line of the previous call; empty at each start.
+    QString LastLogFields;
+
+    QString logFolder() const;                  // <dataDir>/Logs
+    QString fileName(const QDate& day) const;   // <dataDir>/Logs/ex<yyyymmdd>.log
+
+    // Deletes the readers' working copies Logs/ex*.log1 (shut-down).
+    static void removeWorkingCopies(const QString& dataDir);
+
+private:
+    bool ensureFolder();
+    bool writeText(const QString& path, const QString& text, bool overwrite);
+
+    QString dataDir_;
+    const Clock& clock_;
+    qint32 logType_;
+    QString error_;
+};
+
+}  // namespace orm
