@@ -76,6 +76,42 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
         const DriveRecord* d = drive();
         return d ? rateRule(node, d->Performance.BytesWritten, seconds) : 0.0;
     }
+    case PingType:
+        // The echo sent at the last evaluation is read now and the next one goes out.
+        trace(QStringLiteral("DisplayData PING"));
+        return sources_.pings->evaluate(node, graph.SampleEverySeconds);
+    case UpDownType:
+    case DownloadNodeType:
+    case UploadType:
+    case UpDnErrType:
+    case DownErrType:
+    case UpErrType:
+        return evaluateAdapterNode(node, seconds);
+    case ProcessesType:
+        trace(QStringLiteral("DisplayData PROCESSES"));
+        sources_.processes->RefreshProcessList();
+        return sources_.processes->upperBound();  // one less than the count: kept so
+    case ProcessType: {
+        trace(QStringLiteral("DisplayData SINGLE_PROCESS"));
+        ProcessTable& table = *sources_.processes;
+        if (node.ProcessIndex < 0 || node.ProcessIndex >= qint16(table.ProcessMemory().size()))
+            return 0.0;
+        table.RefreshProcessMemory(node.ProcessIndex);
+        return double(table.memoryAt(node.ProcessIndex));
+    }
+    case BatteryType:
+        trace(QStringLiteral("DisplayData BATTERY"));
+        return sources_.battery->BatteryLifePercent();
+    case WifiType: {
+        trace(QStringLiteral("DisplayData WIFI_SIGNAL"));
+        if (!sources_.wifi->WifiStrength())
+            return 0.0;
+        double value = 0.0;
+        for (const WifiRow& row : sources_.wifi->WifiNetworks())  // a later row of the name wins
+            if (row.SSID == node.SSID)
+                value = row.Signal;
+        return value;
+    }
     case SysUptimeType:
         trace(QStringLiteral("DisplayData SYSTEM_UPTIME"));
         return double(quint32(tickUptime_));  // restarts from 0 every 49.7 days
@@ -86,6 +122,34 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
         // Network, website and the rest of the system types join through this frame as
         // their sources arrive; until then they read 0.
         return 0.0;
+    }
+}
+
+double Monitor::evaluateAdapterNode(Node& node, double seconds)
+{
+    const auto& table = sources_.adapters->AdapterTable;
+    if (node.AdapterIndex < 0 || size_t(node.AdapterIndex) >= table.size())
+        return 0.0;  // LastRawValue stays as it was
+    const AdapterRecord& a = table[size_t(node.AdapterIndex)];
+    switch (node.NodeType) {
+    case UpDownType:
+        trace(QStringLiteral("DisplayData BANDWIDTH"));
+        return rateRule(node, a.InOctets + a.OutOctets, seconds);
+    case DownloadNodeType:
+        trace(QStringLiteral("DisplayData DOWNLOAD - ") + QString::number(node.AdapterIndex));
+        return rateRule(node, a.InOctets, seconds);
+    case UploadType:
+        trace(QStringLiteral("DisplayData UPLOAD"));
+        return rateRule(node, a.OutOctets, seconds);
+    case UpDnErrType:
+        trace(QStringLiteral("DisplayData ERROR_TOTAL"));
+        return a.InErrors + a.OutErrors;
+    case DownErrType:
+        trace(QStringLiteral("DisplayData ERROR_DOWNLOAD"));
+        return a.InErrors;
+    default:
+        trace(QStringLiteral("DisplayData ERROR_UPLOAD"));
+        return a.OutErrors;
     }
 }
 

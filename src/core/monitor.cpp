@@ -80,6 +80,7 @@ void Monitor::unload()
     trace(QStringLiteral("UnLoadMain 1.0"));
     tmrDataEnabled = false;
     sources_.cpu->GetCpuUsage(false, true, 0);
+    sources_.processes->erase();
     LogWriter::removeWorkingCopies(options_.dataDir);
     GraphForms.clear();
     store_.writeValue(QStringLiteral("Settings"), QStringLiteral("XLoc"), QString::number(Settings.XLoc));

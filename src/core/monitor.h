@@ -105,6 +105,7 @@ public:
     // Evaluation (exposed for tests of the rules).
     void DisplayData();
     double evaluateNode(Graph& graph, Node& node, int graphIndex, int nodeIndex, double seconds);
+    double evaluateAdapterNode(Node& node, double seconds);
 
 private:
     struct TickFlags {

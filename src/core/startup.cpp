@@ -60,9 +60,15 @@ bool Monitor::startUp()
     QRandomGenerator::global()->generate();
 
     // 12. to 16.
+    sources_.adapters->GetAdapters(true);
+    if (!sources_.adapters->initError.isEmpty())
+        addNotice(sources_.adapters->initErrorTitle.isEmpty() ? QString::fromLatin1(ProductName)
+                                                              : sources_.adapters->initErrorTitle,
+                  sources_.adapters->initError);
     trace(QStringLiteral("LoadMain 1.11"));
     sources_.memory->GetMemoryStatus();
     trace(QStringLiteral("LoadMain 1.12"));
+    sources_.processes->RefreshProcessList();
     trace(QStringLiteral("LoadMain 1.13"));
     sources_.cpu->GetCpuUsage(true, false, 0);
     trace(QStringLiteral("LoadMain 1.14"));
@@ -86,18 +92,26 @@ bool Monitor::startUp()
 
     // 18.
     trace(QStringLiteral("LoadMain 1.2"));
+    lists.cmbNetCard = sources_.adapters->descriptions();
     trace(QStringLiteral("LoadMain 1.3"));
 
     // 19.
     firstRunOrLoad();
 
-    // 20. to 23.
+    // 20. to 23. A failing wireless query leaves the list empty.
     trace(QStringLiteral("LoadMain 1.4"));
-    trace(QStringLiteral("LoadMain 1.41"));
-    trace(QStringLiteral("LoadMain 1.42"));
+    lists.cmbSSID.clear();
+    if (sources_.wifi->Wifi()) {
+        trace(QStringLiteral("LoadMain 1.41"));
+        for (const WifiRow& row : sources_.wifi->WifiScan())
+            if (!row.SSID.isEmpty() && !lists.cmbSSID.contains(row.SSID))
+                lists.cmbSSID << row.SSID;
+        trace(QStringLiteral("LoadMain 1.42"));
+    }
     trace(QStringLiteral("LoadMain 1.5"));
     trace(QStringLiteral("LoadMain 1.55"));
     trace(QStringLiteral("LoadMain 1.6"));
+    ProcessIndexes(Sensors, *sources_.processes);
     trace(QStringLiteral("LoadMain 1.7"));
 
     // 24.

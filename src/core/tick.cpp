@@ -98,6 +98,8 @@ void Monitor::readSources(const TickFlags& f)
 {
     const LogFlags& r = f.read;
     const LogFlags& l = f.log;
+    if (r.logAdapters || l.logAdapters)
+        sources_.adapters->GetAdapters(false);
     if (r.logMemory || l.logMemory)
         sources_.memory->GetMemoryStatus();
     if (r.logCPU || l.logCPU)
@@ -216,8 +218,25 @@ void Monitor::logData(const LogFlags& flags)
         in.memory = {m.MemTotalPhys, m.MemTotalVirtual, m.MemTotalPageFile,
                      m.MemAvailPhys, m.MemAvailVirtual, m.MemAvailPageFile};
     }
+    if (flags.logAdapters) {
+        in.adapters.reserve(sources_.adapters->AdapterTable.size());
+        for (const AdapterRecord& a : sources_.adapters->AdapterTable)
+            in.adapters.push_back({a.InDelta, a.OutDelta, a.InErrors, a.OutErrors});
+    }
+    if (flags.logBattery)
+        in.battery = sources_.battery->BatteryLifePercent();
     if (flags.logCPU)
         in.cpu = sources_.cpu->CpuUsageValues;
+    if (flags.logWifi) {
+        for (const WifiRow& w : sources_.wifi->WifiNetworks())
+            in.wifi.push_back({w.SSID, double(w.Signal)});
+    }
+    if (flags.logProcesses)
+        in.processUpperBound = sources_.processes->upperBound();
+    if (flags.logProcess) {
+        const auto& memory = sources_.processes->ProcessMemory();
+        in.processMemory.assign(memory.begin(), memory.end());
+    }
     const auto& table = sources_.drives->DriveTable;
     in.drives.resize(flags.logDrives.size());
     for (size_t d = 0; d < flags.logDrives.size() && d < table.size(); ++d) {

@@ -57,17 +57,19 @@ protected:
     {
         ASSERT_TRUE(dir.isValid());
         qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
-        sources.cpuCounters = std::make_unique<ScriptedCpu>();
-        cpu = static_cast<ScriptedCpu*>(sources.cpuCounters.get());
-        sources.cpu = std::make_unique<CpuUsage>(*sources.cpuCounters);
-        sources.memory = std::make_unique<MemoryStatus>();
-        sources.drivePlatform = std::make_unique<LinuxDrivePlatform>();
-        sources.drives = std::make_unique<DriveInfo>(*sources.drivePlatform);
+        sourcesOwner = SourceSet::forLinux();
+        sourcesOwner->cpuCounters = std::make_unique<ScriptedCpu>();
+        cpu = static_cast<ScriptedCpu*>(sourcesOwner->cpuCounters.get());
+        sourcesOwner->cpu = std::make_unique<CpuUsage>(*sourcesOwner->cpuCounters);
+        configure();
         MonitorOptions options;
         options.dataDir = dir.filePath(QStringLiteral("data"));
-        monitor = std::make_unique<Monitor>(options, clock, store, sources, views);
+        monitor = std::make_unique<Monitor>(options, clock, store, *sourcesOwner, views);
         ASSERT_TRUE(monitor->startUp());
     }
+
+    // Runs before start-up: replace sources, fill the store.
+    virtual void configure() {}
 
     // One tick, the clock having moved on by a second first.
     void tick(int ms = 1000)
@@ -89,7 +91,8 @@ protected:
     QTemporaryDir dir;
     ManualClock clock;
     MemoryStore store;
-    SourceSet sources;
+    std::unique_ptr<SourceSet> sourcesOwner;
+    SourceSet& sources() { return *sourcesOwner; }
     ScriptedCpu* cpu = nullptr;
     RecordingViews views;
     std::unique_ptr<Monitor> monitor;

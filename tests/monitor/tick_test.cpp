@@ -207,7 +207,7 @@ TEST_F(Tick, DebugTraceWrapsTheTick)
     options.dataDir = dir.filePath(QStringLiteral("debug"));
     options.commandLine = QStringLiteral("txtDebug");
     MemoryStore otherStore;
-    Monitor debugged(options, clock, otherStore, sources, views);
+    Monitor debugged(options, clock, otherStore, sources(), views);
     ASSERT_TRUE(debugged.startUp());
     debugged.TimerData();
     QFile f(debugged.debugLogPath());
