@@ -1,6 +1,6 @@
 // ormivane: the monitor. Headless, it runs the tick, the logs and the stop
 // signals without any window.
-#include "core/graph_view.h"
+#include "display/displayed_graph.h"
 #include "core/ini_store.h"
 #include "core/monitor.h"
 #include "core/monitor_loop.h"
@@ -9,6 +9,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <cstdio>
@@ -26,9 +27,21 @@ void printLine(FILE* to, const QString& text)
 
 }  // namespace
 
+// Drawing needs a GUI application even without windows: headless, or with no
+// display to open, the pictures are drawn off-screen.
+bool wantsOffscreen(int argc, char* argv[])
+{
+    for (int i = 1; i < argc; ++i)
+        if (qstrcmp(argv[i], "--headless") == 0)
+            return true;
+    return qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
 int main(int argc, char* argv[])
 {
-    QCoreApplication app(argc, argv);
+    if (wantsOffscreen(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
     QCoreApplication::setApplicationName(QString::fromLatin1(ProductName));
     QCoreApplication::setOrganizationName(QString::fromLatin1(CompanyName));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORMIVANE_VERSION));
@@ -49,7 +62,11 @@ int main(int argc, char* argv[])
                                     QStringLiteral("FILE"));
     const QCommandLineOption ticks(QStringLiteral("ticks"), QStringLiteral("Stop after N ticks."),
                                    QStringLiteral("N"));
-    parser.addOptions({headless, dataDir, config, ticks});
+    const QCommandLineOption snapshot(QStringLiteral("snapshot"),
+                                      QStringLiteral("At exit, save each Graph's picture into DIR (Graph<n>.png, "
+                                                     "Graph<n>-icon<k>.ico)."),
+                                      QStringLiteral("DIR"));
+    parser.addOptions({headless, dataDir, config, ticks, snapshot});
     parser.addPositionalArgument(QStringLiteral("words"),
                                  QStringLiteral("txtDebug writes a debug trace to Ormivane.txt in the data "
                                                 "folder; VDDebugMode turns off the speed test minimum rule."),
@@ -83,8 +100,9 @@ int main(int argc, char* argv[])
     auto sources = SourceSet::forLinux();
     // Until the desktop shell exists every run is headless; --headless keeps it so later.
     Q_UNUSED(headless);
-    HistoryViewFactory views;
+    DisplayedGraphFactory views(options.commandLine, options.dataDir);
     Monitor monitor(options, clock, store, *sources, views);
+    views.bind(monitor.Sensors);
 
     if (!monitor.startUp()) {
         printLine(stderr, monitor.startError());
@@ -93,6 +111,14 @@ int main(int argc, char* argv[])
     for (const Notice& n : monitor.notices)
         printLine(stdout, n.title + QStringLiteral(": ") + QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     monitor.notices.clear();
+
+    if (parser.isSet(snapshot)) {
+        const QString folder = parser.value(snapshot);
+        monitor.onUnload = [&monitor, folder] {
+            if (!saveSnapshots(monitor.GraphForms, folder))
+                printLine(stderr, QStringLiteral("ormivane: cannot save the pictures into %1").arg(folder));
+        };
+    }
 
     MonitorLoop loop(monitor, maxTicks);
     loop.watchStopSignals();

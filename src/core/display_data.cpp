@@ -1,10 +1,10 @@
 // DisplayData: one value for each Node of each Graph whose turn has come,
 // handed to the Graph's view.
 #include "core/debug_log.h"
+#include "core/gadget_feed.h"
 #include "core/monitor.h"
+#include "core/number_text.h"
 
-#include <QDir>
-#include <QFile>
 
 namespace orm {
 
@@ -185,7 +185,7 @@ void Monitor::DisplayData()
             if (n.NodeType >= WebsiteType && n.NodeType <= WifiType)
                 values[j] = evaluateNode(g, n, int(i), int(j), seconds);
             if (debugLog().enabled())
-                debugLog().log(QStringLiteral("DisplayData WriteVal-%1|%2|%3").arg(i).arg(j).arg(values[j]));
+                debugLog().log(QStringLiteral("DisplayData WriteVal-%1|%2|").arg(i).arg(j) + numberText(values[j]));
         }
         if (Closing)
             break;
@@ -193,23 +193,15 @@ void Monitor::DisplayData()
         if (g.GraphType == VistaGadget) {
             gadgetDue = true;
             for (size_t j = 0; j < g.Nodes.size(); ++j)
-                gadgetText += g.Nodes[j].GadgetKey + QLatin1Char('=') +
-                              QString::number(double(g.Nodes[j].GadgetScale) * values[j]) + QLatin1Char('\n');
+                gadgetText += gadgetUpdateLine(g.Nodes[j], values[j]);
             continue;
         }
         const QString clockText = clock_.now().toString(QStringLiteral("HH:mm:ss"));
         if (i < GraphForms.size() && GraphForms[i])
             GraphForms[i]->WriteGraph(values, clockText, 60, 5);
     }
-    if (gadgetDue && !gadgetFolder.isEmpty()) {
-        if (QDir(gadgetFolder).exists()) {
-            QFile f(gadgetFolder + QStringLiteral("/update.txt"));
-            if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-                f.write(gadgetText.toLocal8Bit());
-        } else {
-            gadgetFolder.clear();
-        }
-    }
+    if (gadgetDue)
+        writeGadgetUpdate(gadgetFolder, gadgetText);
     debugLog().leave(QStringLiteral("DisplayData"));
 }
 

@@ -53,6 +53,7 @@ void Monitor::AddSensor(bool logGraph)
     Sensors.push_back(std::move(g));
     GraphForms.resize(Sensors.size());
     SaveSettings();
+    refreshGadgetFeed();
     GraphForms[size_t(index)] = views_.make(index);
     GraphForms[size_t(index)]->OpenGraph();
 
@@ -78,6 +79,8 @@ void Monitor::unload()
         return;
     unloaded_ = true;
     trace(QStringLiteral("UnLoadMain 1.0"));
+    if (onUnload)
+        onUnload();
     tmrDataEnabled = false;
     sources_.cpu->GetCpuUsage(false, true, 0);
     sources_.processes->erase();

@@ -13,6 +13,7 @@
 
 #include <QLockFile>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -60,6 +61,8 @@ public:
     // Structural edits.
     void AddSensor(bool logGraph);
     void SaveSettings();
+    // Gadget keys of every Node, the gadget's folder when a gadget Graph exists, avail.txt.
+    void refreshGadgetFeed();
 
     // Model.
     std::vector<Graph> Sensors;
@@ -91,6 +94,9 @@ public:
     bool retrievalRed = false;
     QString retrievalToolTip() const;
     void clearRetrievalRed() { retrievalRed = false; }
+
+    // Runs as shut-down begins, while every view still stands (the headless snapshot).
+    std::function<void()> onUnload;
 
     // Set when the program must end with a failure (a log that cannot be written).
     QString fatalError;

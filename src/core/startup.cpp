@@ -1,6 +1,7 @@
 // Start-up without windows: the steps of the control panel's load that need
 // no window, in their order.
 #include "core/debug_log.h"
+#include "core/gadget_feed.h"
 #include "core/monitor.h"
 #include "core/number_text.h"
 #include "core/version.h"
@@ -158,6 +159,7 @@ void Monitor::firstRunOrLoad()
     Settings.FirstRun = false;
     AutoStartEntry& autoStart = *autoStart_;
     LoadSensors(store_, Settings, Sensors, sources_.adapterMap(), autoStart, clock_.now());
+    refreshGadgetFeed();
     GraphForms.clear();
     for (size_t i = 0; i < Sensors.size(); ++i) {
         GraphForms.push_back(views_.make(int(i)));
@@ -165,6 +167,23 @@ void Monitor::firstRunOrLoad()
         cascade.x += 17;
         cascade.y += 17;
     }
+}
+
+}  // namespace orm
+
+namespace orm {
+
+void Monitor::refreshGadgetFeed()
+{
+    bool anyGadget = false;
+    for (size_t i = 0; i < Sensors.size(); ++i) {
+        anyGadget = anyGadget || Sensors[i].GraphType == VistaGadget;
+        for (size_t j = 0; j < Sensors[i].Nodes.size(); ++j)
+            NodeCatalogueEntry(Sensors, int(i), int(j));
+    }
+    if (anyGadget && gadgetFolder.isEmpty())
+        gadgetFolder = findGadgetFolder(defaultGadgetBases());
+    WriteAvail(Sensors, gadgetFolder);
 }
 
 }  // namespace orm

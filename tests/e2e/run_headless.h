@@ -30,6 +30,7 @@ public:
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.filePath(QStringLiteral("xdg")));
+        env.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("xdg-data")));
         process.setProcessEnvironment(env);
         process.start(QStringLiteral(ORM_BINARY), QStringList{QStringLiteral("--headless"),
                                                               QStringLiteral("--data-dir"), dataDir,

@@ -47,8 +47,9 @@ TEST_F(Tick, GraphSamplesOnEveryNthTickBeginningWithTheFirst)
     monitor->Sensors[0].SampleEverySeconds = 5;
     for (int t = 1; t <= 11; ++t) {
         tick();
-        if (t == 1)
+        if (t == 1) {
             EXPECT_EQ(monitor->Sensors[0].TicksToSample, 4);
+        }
     }
     EXPECT_EQ(view(0).writes, 3);  // ticks 1, 6 and 11
 }

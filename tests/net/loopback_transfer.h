@@ -1,9 +1,7 @@
 // Real traffic for the adapter tests, kept on the loopback interface.
 #pragma once
 
-#include <QtGlobal>
-
-class QCoreApplication;
+#include <QCoreApplication>
 
 namespace orm::test {
 
@@ -13,8 +11,5 @@ QCoreApplication& ensureApp();
 // Sends `bytes` from a client to a server on 127.0.0.1, running the event loop
 // until the server has them all. Gives the count the server received.
 qint64 moveBytesOverLoopback(qint64 bytes);
-
-// Sets the loopback interface of the current network namespace up.
-bool bringLoopbackUp();
 
 }  // namespace orm::test

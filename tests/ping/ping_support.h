@@ -1,84 +1,109 @@
-// What the ping tests share: an event loop to drive, fake echo sockets, and
-// network namespaces of their own where real echoes may go beyond 127.0.0.1.
+// What the ping tests share: an event loop to drive, echo sockets the test
+// answers itself, and network namespaces of their own.
 #pragma once
 
+#include "core/model.h"
 #include "sources/icmp_socket.h"
 
-#include <QString>
-#include <QStringList>
-#include <functional>
-#include <memory>
-#include <vector>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTimer>
 
-class QCoreApplication;
+#include <fcntl.h>
+#include <sched.h>
+#include <unistd.h>
 
 namespace orm::test {
 
-QCoreApplication& testApp();
+inline int argc = 1;
+inline char arg0[] = "ping_test";
+inline char* argv[] = {arg0, nullptr};
+inline QCoreApplication app(argc, argv);  // timers and sockets need it from the first test on
 
-// Runs the event loop until `done` holds; false when `guardMs` passed first.
-bool runUntil(const std::function<bool()>& done, int guardMs = 20000);
+// Runs the event loop until `done` holds; false when the guard ran out first.
+inline bool runUntil(const std::function<bool()>& done, int guardMs = 20000)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QTimer wake;  // keeps processEvents from waiting past the guard
+    wake.start(20);
+    while (!done() && elapsed.elapsed() < guardMs)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return done();
+}
 
-// Echo sockets that go nowhere: the test answers them, or makes them fail.
-struct FakeEcho {
-    quint32 address = 0;
-    QByteArray payload;
-    EchoSocket::Done done;
-    bool alive = true;  // the owner has not destroyed the socket
+inline Node pingNode(const char* ip = "127.0.0.1", qint16 size = 100)
+{
+    Node n = newNode(0);
+    n.NodeType = PingType;
+    n.PingIP = QString::fromLatin1(ip);
+    n.PingPacketSize = size;
+    return n;
+}
+
+// Echo sockets that go nowhere; the test answers them.
+struct FakeEchoes {
+    std::vector<QByteArray> payloads;       // of every echo sent
+    std::vector<EchoSocket::Done> pending;  // emptied when the echo's socket goes
+
+    struct Socket final : EchoSocket {
+        FakeEchoes* owner;
+        size_t index = SIZE_MAX;
+        explicit Socket(FakeEchoes* o) : owner(o) {}
+        ~Socket() override { if (index != SIZE_MAX) owner->pending[index] = nullptr; }
+        quint32 start(quint32, const QByteArray& payload, Done done) override
+        {
+            index = owner->pending.size();
+            owner->pending.push_back(std::move(done));
+            owner->payloads.push_back(payload);
+            return 0;
+        }
+    };
+    EchoSocketFactory factory() { return [this] { return std::make_unique<Socket>(this); }; }
+    bool alive(size_t i) const { return i < pending.size() && pending[i]; }
+    // Answers echo `i` from 127.0.0.1; false when its socket is gone.
+    bool answer(size_t i, quint32 rtt, quint32 status = EchoSuccess)
+    {
+        if (!alive(i))
+            return false;
+        auto done = pending[i];
+        done(EchoReply{0x7f000001, status, rtt, 100});
+        return true;
+    }
 };
 
-class FakeEchoes {
-public:
-    EchoSocketFactory factory();
-    // Status start() gives; 0 lets the echo go out.
-    quint32 failWith = 0;
-    std::vector<std::shared_ptr<FakeEcho>> sent;
-    // Answers echo `i` as the system would; false when its socket is gone.
-    bool answer(size_t i, const EchoReply& reply);
-};
+// Runs a command in this thread's network namespace; true when it exits with 0.
+inline bool run(const QString& program, const QStringList& args)
+{
+    QProcess p;
+    p.start(program, args);
+    return p.waitForFinished(20000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+}
 
-// A network namespace made for one test and removed after it.
-class TestNamespace {
-public:
-    explicit TestNamespace(const QString& tag);
-    ~TestNamespace();
-    TestNamespace(const TestNamespace&) = delete;
-    TestNamespace& operator=(const TestNamespace&) = delete;
+// Moves this thread into a new network namespace, its loopback down, until the
+// result is dropped; sockets made meanwhile stay in it. Null where that is not
+// allowed (it needs root).
+inline std::shared_ptr<int> ownNamespace()
+{
+    std::shared_ptr<int> home(new int(::open("/proc/thread-self/ns/net", O_RDONLY | O_CLOEXEC)), [](int* fd) {
+        ::setns(*fd, CLONE_NEWNET);
+        ::close(*fd);
+        delete fd;
+    });
+    return *home >= 0 && ::unshare(CLONE_NEWNET) == 0 ? home : nullptr;
+}
 
-    bool ok() const { return ok_; }
-    const QString& name() const { return name_; }
-    // `ip -n NAME args...`
-    bool ip(const QStringList& args) const;
-    // `ip netns exec NAME command...`
-    bool exec(const QStringList& command) const;
+inline bool loopbackUp() { return run("ip", {"link", "set", "lo", "up"}); }
 
-private:
-    QString name_;
-    bool ok_ = false;
-};
-
-// Runs a command and tells whether it exited with 0.
-bool run(const QString& program, const QStringList& args);
-
-// Puts this thread into a namespace until destroyed; sockets made meanwhile
-// stay in it.
-class EnterNamespace {
-public:
-    explicit EnterNamespace(const TestNamespace& ns);
-    ~EnterNamespace();
-    EnterNamespace(const EnterNamespace&) = delete;
-    EnterNamespace& operator=(const EnterNamespace&) = delete;
-    bool ok() const { return ok_; }
-
-private:
-    int home_ = -1;
-    bool ok_ = false;
-};
-
-// A namespace with its loopback up, or skips the test when none can be made.
-#define ORM_NAMESPACE_OR_SKIP(var, tag)                                      \
-    ::orm::test::TestNamespace var(tag);                                     \
-    if (!var.ok())                                                          \
-    GTEST_SKIP() << "cannot make a network namespace here (needs root)"
+// A namespace of its own whose loopback runs at `rate`; null when none can be made.
+inline std::shared_ptr<int> slowNamespace(const char* rate, const char* burst)
+{
+    auto ns = ownNamespace();
+    return ns && loopbackUp()
+            && run("tc", {"qdisc", "add", "dev", "lo", "root", "tbf", "rate", rate, "burst", burst, "latency", "20s"})
+        ? ns
+        : nullptr;
+}
 
 }  // namespace orm::test

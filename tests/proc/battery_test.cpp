@@ -12,14 +12,15 @@ namespace {
 
 class FakeSysfs : public ::testing::Test {
 protected:
-    void supply(const QString& name, const std::vector<std::pair<const char*, const char*>>& files)
+    // One supply folder; `files` reads as "type=Battery capacity=57".
+    void supply(const QString& name, const QString& files)
     {
-        const QString folder = dir.path() + QStringLiteral("/class/power_supply/") + name;
+        const QString folder = dir.path() + QStringLiteral("/class/power_supply/") + name + QLatin1Char('/');
         ASSERT_TRUE(QDir().mkpath(folder));
-        for (const auto& [file, text] : files) {
-            QFile f(folder + QLatin1Char('/') + QLatin1String(file));
+        for (const QString& file : files.split(QLatin1Char(' '))) {
+            QFile f(folder + file.section(QLatin1Char('='), 0, 0));
             ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-            f.write(text);
+            f.write(file.section(QLatin1Char('='), 1).toUtf8() + '\n');
         }
     }
     qint16 percent() const { return BatteryReader(dir.path()).BatteryLifePercent(); }
@@ -29,74 +30,37 @@ protected:
 
 }  // namespace
 
-TEST(BatteryParse, SysfsNumbers)
+TEST_F(FakeSysfs, OnlyPresentSystemBatteriesCount)
 {
-    EXPECT_EQ(parseSysfsNumber("57\n"), 57);
-    EXPECT_EQ(parseSysfsNumber("45120000\n"), 45120000);
-    EXPECT_FALSE(parseSysfsNumber(""));
-    EXPECT_FALSE(parseSysfsNumber("unknown\n"));
-    EXPECT_EQ(sysfsText("Battery\n"), "Battery");
-}
-
-TEST_F(FakeSysfs, NoSupplyFolderOrOnlyMainsReadsZero)
-{
+    EXPECT_EQ(percent(), 0);  // no power_supply folder at all
+    supply("AC", "type=Mains online=1");
+    supply("ucsi-source-psy-USBC000:001", "type=USB capacity=90");
     EXPECT_EQ(percent(), 0);
-    supply("AC", {{"type", "Mains\n"}, {"online", "1\n"}});
-    supply("ucsi-source-psy-USBC000:001", {{"type", "USB\n"}, {"capacity", "90\n"}});
-    EXPECT_EQ(percent(), 0);
-}
-
-TEST_F(FakeSysfs, OneBatteryBesideMains)
-{
-    supply("AC", {{"type", "Mains\n"}, {"online", "1\n"}});
-    supply("BAT0", {{"type", "Battery\n"}, {"present", "1\n"}, {"capacity", "57\n"},
-                    {"energy_now", "30000000\n"}, {"energy_full", "50000000\n"}});
+    supply("BAT0", "type=Battery present=1 capacity=57 energy_now=30000000 energy_full=50000000");
     EXPECT_EQ(percent(), 57);  // the capacity the system shows, not the ratio
+    supply("BAT1", "type=Battery present=0 capacity=0");
+    supply("hidpp_battery_0", "type=Battery scope=Device capacity=5");
+    EXPECT_EQ(percent(), 57);
 }
 
-TEST_F(FakeSysfs, TwoBatteriesCountByWhatTheyHold)
+TEST_F(FakeSysfs, TwoBatteriesCountByWhatTheyHoldElseByTheMean)
 {
-    supply("BAT0", {{"type", "Battery\n"}, {"capacity", "80\n"}, {"energy_now", "40000000\n"},
-                    {"energy_full", "50000000\n"}});
-    supply("BAT1", {{"type", "Battery\n"}, {"capacity", "25\n"}, {"energy_now", "5000000\n"},
-                    {"energy_full", "20000000\n"}});
-    EXPECT_EQ(percent(), 64);  // 45 of 70 Wh, where the mean of 80 and 25 is 52.5
-}
-
-TEST_F(FakeSysfs, TwoBatteriesWithoutChargeFiguresTakeTheMean)
-{
-    supply("BAT0", {{"type", "Battery\n"}, {"capacity", "80\n"}});
-    supply("BAT1", {{"type", "Battery\n"}, {"capacity", "25\n"}, {"charge_now", "1000000\n"},
-                    {"charge_full", "4000000\n"}});
+    supply("BAT0", "type=Battery capacity=80");
+    supply("BAT1", "type=Battery capacity=25 energy_now=5000000 energy_full=20000000");
     EXPECT_EQ(percent(), 52);  // 52.5, half to even
+    supply("BAT0", "energy_now=40000000 energy_full=50000000");
+    EXPECT_EQ(percent(), 64);  // 45 of 70 Wh
 }
 
-TEST_F(FakeSysfs, MissingCapacity)
+TEST_F(FakeSysfs, MissingOrOddCapacity)
 {
     // No capacity: the charge figures stand in; without them the battery is left out.
-    supply("BAT0", {{"type", "Battery\n"}, {"charge_now", "3000000\n"}, {"charge_full", "4000000\n"}});
-    supply("BAT1", {{"type", "Battery\n"}, {"status", "Unknown\n"}});
-    supply("BAT2", {{"type", "Battery\n"}, {"capacity", "unknown\n"}});
+    supply("BAT0", "type=Battery charge_now=3000000 charge_full=4000000");
+    supply("BAT1", "type=Battery status=Unknown");
+    supply("BAT2", "type=Battery capacity=unknown");
     EXPECT_EQ(percent(), 75);
-
-    QTemporaryDir other;
-    dir.swap(other);
-    supply("BAT1", {{"type", "Battery\n"}, {"status", "Unknown\n"}});
-    EXPECT_EQ(percent(), 0);
-}
-
-TEST_F(FakeSysfs, EmptySlotsAndDeviceBatteriesDontCount)
-{
-    supply("BAT0", {{"type", "Battery\n"}, {"capacity", "91\n"}});
-    supply("BAT1", {{"type", "Battery\n"}, {"present", "0\n"}, {"capacity", "0\n"}});
-    supply("hidpp_battery_0", {{"type", "Battery\n"}, {"scope", "Device\n"}, {"capacity", "5\n"}});
-    EXPECT_EQ(percent(), 91);
-}
-
-TEST_F(FakeSysfs, OutOfRangeCapacityIsHeldToThePercentScale)
-{
-    supply("BAT0", {{"type", "Battery\n"}, {"capacity", "104\n"}});
-    EXPECT_EQ(percent(), 100);
+    supply("BAT3", "type=Battery capacity=104");
+    EXPECT_EQ(percent(), 88);  // 104 is held to 100: the mean of 75 and 100
 }
 
 TEST(BatteryLive, ThisMachine)

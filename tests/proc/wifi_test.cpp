@@ -1,48 +1,32 @@
-// The Wi-Fi tables fed by recorded answers of the system's wireless query.
-#include "sources/wifi.h"
+// The Wi-Fi tables fed by set answers of the system's wireless query; the
+// nl80211 answers as the kernel lays them out, built here byte by byte; and
+// the real query on this machine.
+#include "sources/nl80211_source.h"
 
-#include <deque>
+#include <QDir>
+#include <QStringList>
 #include <gtest/gtest.h>
 
 using namespace orm;
 
 namespace {
 
-// Plays back recorded answers, one per question asked.
-class RecordedWifi final : public WifiSource {
-public:
-    struct Names {
-        WifiAnswer answer;
-        std::vector<QByteArray> ssids;
-    };
-    struct Signals {
-        WifiAnswer answer;
-        std::vector<qint32> dbm;
-    };
-    std::deque<Names> names;
-    std::deque<Signals> signalRows;
-
-    WifiAnswer activeSsids(std::vector<QByteArray>& ssids) override
-    {
-        if (names.empty())
-            return {WifiAnswer::Failed, QStringLiteral("no answer recorded")};
-        auto n = names.front();
-        names.pop_front();
-        ssids = n.ssids;
-        return n.answer;
-    }
-    WifiAnswer activeSignals(std::vector<qint32>& dbm) override
-    {
-        if (signalRows.empty())
-            return {WifiAnswer::Failed, QStringLiteral("no answer recorded")};
-        auto s = signalRows.front();
-        signalRows.pop_front();
-        dbm = s.dbm;
-        return s.answer;
-    }
+// Gives the answers the test has set, as often as it is asked.
+struct FakeWifi final : WifiSource {
+    WifiAnswer names{WifiAnswer::Ok, {}}, signalAnswer{WifiAnswer::Ok, {}};
+    std::vector<QByteArray> ssids;
+    std::vector<qint32> dbm;
+    WifiAnswer activeSsids(std::vector<QByteArray>& out) override { out = ssids; return names; }
+    WifiAnswer activeSignals(std::vector<qint32>& out) override { out = dbm; return signalAnswer; }
 };
 
-const WifiAnswer ok{WifiAnswer::Ok, {}};
+QString text(const std::vector<WifiRow>& table)
+{
+    QStringList rows;
+    for (const WifiRow& r : table)
+        rows << QStringLiteral("%1 %2").arg(r.SSID).arg(r.Signal);
+    return rows.join(QStringLiteral(", "));
+}
 
 qint32 percent(qint32 dbm)
 {
@@ -51,130 +35,135 @@ qint32 percent(qint32 dbm)
     return p;
 }
 
-std::vector<std::pair<QString, qint32>> rows(const std::vector<WifiRow>& table)
+// Attribute numbers of the nl80211 interface (stable kernel ABI).
+constexpr quint16 AttrIfindex = 3, AttrIftype = 5, AttrStaInfo = 21, AttrSsid = 52;
+constexpr quint16 StaInfoSignal = 7, StaInfoSignalAvg = 13;
+constexpr quint32 IftypeStation = 2, IftypeAp = 3;
+
+// One netlink attribute: length and type in host order, payload padded to four bytes.
+QByteArray attr(quint16 type, const QByteArray& payload)
 {
-    std::vector<std::pair<QString, qint32>> out;
-    for (const auto& r : table)
-        out.emplace_back(r.SSID, r.Signal);
-    return out;
+    const quint16 header[2] = {quint16(4 + payload.size()), type};
+    QByteArray a = QByteArray(reinterpret_cast<const char*>(header), 4) + payload;
+    return a + QByteArray((4 - a.size() % 4) % 4, '\0');
 }
-using Rows = std::vector<std::pair<QString, qint32>>;
+QByteArray u32(quint32 v) { return QByteArray(reinterpret_cast<const char*>(&v), 4); }
+QByteArray s8(qint8 v) { return QByteArray(1, char(v)); }
+
+Nl80211Interface interface(quint32 ifindex, quint32 iftype, const QByteArray& ssid)
+{
+    QByteArray m = attr(AttrIfindex, u32(ifindex)) + attr(AttrIftype, u32(iftype));
+    return parseNl80211Interface(ssid.isNull() ? m : m + attr(AttrSsid, ssid)).value();
+}
 
 }  // namespace
 
-TEST(WifiStrength, DbmToPercent)
+TEST(WifiStrength, DbmToPercentAndSsidToName)
 {
     EXPECT_EQ(percent(-100), 0);
     EXPECT_EQ(percent(-70), 50);
-    EXPECT_EQ(percent(-40), 100);
     EXPECT_EQ(percent(-10), 100);  // held at 100
-    EXPECT_EQ(percent(-97), 5);
-    EXPECT_EQ(percent(-67), 55);
     EXPECT_EQ(percent(-101), -2);  // nothing raises it to 0
-    EXPECT_EQ(percent(-128), -47);
     qint32 p = 7;
     EXPECT_FALSE(signalPercent(std::numeric_limits<qint32>::min(), p));
     EXPECT_EQ(p, 7);
-}
 
-TEST(WifiStrength, SsidBytesToNames)
-{
-    EXPECT_EQ(ssidText("HomeNet"), "HomeNet");
     EXPECT_EQ(ssidText("Caf\xC3\xA9"), QString::fromUtf8("Caf\xC3\xA9"));
     EXPECT_EQ(ssidText("Caf\xE9"), QString::fromUtf8("Caf\xC3\xA9"));  // not UTF-8: a character per byte
     EXPECT_EQ(ssidText(QByteArray("Net\0junk", 8)), "Net");
-    EXPECT_EQ(ssidText(QByteArray("\0abc", 4)), "");
 }
 
-TEST(WifiTables, SameNetworkOnTwoAdaptersGivesOneEntry)
+TEST(WifiTables, EachNameOnceEachNewNameEmptiesTheRowsBeforeIt)
 {
-    RecordedWifi source;
-    source.names = {{ok, {"Home", "Home"}}};
-    source.signalRows = {{ok, {-70, -40}}};
+    FakeWifi source;
+    source.ssids = {"Home", "Home"};
+    source.dbm = {-70, -40};
     WifiTables wifi(source);
     EXPECT_TRUE(wifi.Wifi());
-    EXPECT_TRUE(wifi.WifiAvailable());
-    EXPECT_EQ(rows(wifi.WifiNetworks()), (Rows{{"Home", 0}}));
+    EXPECT_EQ(text(wifi.WifiNetworks()), "Home 0");
     EXPECT_TRUE(wifi.WifiStrength());
-    EXPECT_EQ(rows(wifi.WifiScan()), (Rows{{"Home", 50}, {"Home", 100}}));
-    EXPECT_EQ(rows(wifi.WifiNetworks()), (Rows{{"Home", 50}}));  // the first row of a name stays
-}
+    EXPECT_EQ(text(wifi.WifiScan()), "Home 50, Home 100");
+    EXPECT_EQ(text(wifi.WifiNetworks()), "Home 50");  // the first row of a name stays
 
-TEST(WifiTables, EachNewNameEmptiesTheRowsBeforeIt)
-{
-    RecordedWifi source;
-    source.names = {{ok, {"Home", "Cafe", "Home"}}};
-    source.signalRows = {{ok, {-70, -40, -55}}};
-    WifiTables wifi(source);
-    ASSERT_TRUE(wifi.Wifi());
-    ASSERT_TRUE(wifi.WifiStrength());
     // "Home" is looked for among rows already emptied, so it comes again.
-    EXPECT_EQ(rows(wifi.WifiNetworks()), (Rows{{"", 0}, {"", 0}, {"Home", 75}}));
-
-    source.names = {{ok, {"Home", "Cafe"}}};
-    source.signalRows = {{ok, {-70, -40}}};
-    ASSERT_TRUE(wifi.Wifi());  // a new query rebuilds, it doesn't add
-    ASSERT_TRUE(wifi.WifiStrength());
-    EXPECT_EQ(rows(wifi.WifiNetworks()), (Rows{{"", 0}, {"Cafe", 100}}));
+    source.ssids = {"Home", "Cafe", "Home"};
+    source.dbm = {-70, -40, -55};
+    ASSERT_TRUE(wifi.Wifi() && wifi.WifiStrength());
+    EXPECT_EQ(text(wifi.WifiNetworks()), " 0,  0, Home 75");
 }
 
 TEST(WifiTables, NamelessRowShiftsTheSignals)
 {
-    RecordedWifi source;
-    source.names = {{ok, {QByteArray("\0\0\0\0", 4), "Home", "Cafe"}}, {ok, {"", "Home"}}};
-    source.signalRows = {{ok, {-40, -70}}, {ok, {-40, -100}}};
+    FakeWifi source;
+    source.ssids = {QByteArray("\0\0\0\0", 4), "Home", "Cafe"};
+    source.dbm = {-40, -70};
     WifiTables wifi(source);
-    ASSERT_TRUE(wifi.Wifi());
-    EXPECT_EQ(rows(wifi.WifiScan()), (Rows{{"Home", 0}, {"Cafe", 0}}));
-    ASSERT_TRUE(wifi.WifiStrength());
-    EXPECT_EQ(rows(wifi.WifiScan()), (Rows{{"Home", 100}, {"Cafe", 50}}));
-
+    ASSERT_TRUE(wifi.Wifi() && wifi.WifiStrength());
+    EXPECT_EQ(text(wifi.WifiScan()), "Home 100, Cafe 50");
     // More signal rows than names: the query fails and nothing changes.
+    source.ssids = {"", "Home"};
     ASSERT_TRUE(wifi.Wifi());
-    const Rows networks = rows(wifi.WifiNetworks());
-    EXPECT_EQ(networks, (Rows{{"Home", 0}}));
     EXPECT_FALSE(wifi.WifiStrength());
-    EXPECT_EQ(rows(wifi.WifiScan()), (Rows{{"Home", 0}}));
-    EXPECT_EQ(rows(wifi.WifiNetworks()), networks);
+    EXPECT_EQ(text(wifi.WifiNetworks()), "Home 0");
 }
 
 TEST(WifiTables, NoWifiAndFailuresLeaveTheTables)
 {
-    RecordedWifi source;
+    FakeWifi source;
     WifiTables wifi(source);
     EXPECT_FALSE(wifi.WifiStrength());  // nothing asked yet
-    EXPECT_TRUE(wifi.WifiNetworks().empty());
+    EXPECT_TRUE(wifi.Wifi());
+    EXPECT_FALSE(wifi.WifiStrength());  // no network in use: nothing to fill
 
-    source.names = {{ok, {"Home"}},
-                    {{WifiAnswer::NoWifi, {}}, {}},
-                    {{WifiAnswer::Failed, QStringLiteral("Permission denied")}, {"Other"}}};
-    source.signalRows = {{ok, {-52}}, {{WifiAnswer::Failed, QStringLiteral("Device busy")}, {-90}}};
-    ASSERT_TRUE(wifi.Wifi());
-    ASSERT_TRUE(wifi.WifiStrength());
-    const Rows before{{"Home", 80}};
-    EXPECT_EQ(rows(wifi.WifiNetworks()), before);
-
-    EXPECT_FALSE(wifi.WifiStrength());  // the signal query fails
-    EXPECT_EQ(rows(wifi.WifiNetworks()), before);
-
-    EXPECT_FALSE(wifi.Wifi());  // no Wi-Fi
+    source.ssids = {"Home"};
+    source.dbm = {-52};
+    ASSERT_TRUE(wifi.Wifi() && wifi.WifiStrength());
+    source.signalAnswer = {WifiAnswer::Failed, QStringLiteral("Device busy")};
+    EXPECT_FALSE(wifi.WifiStrength());
+    source.names = {WifiAnswer::NoWifi, {}};
+    EXPECT_FALSE(wifi.Wifi());
     EXPECT_FALSE(wifi.WifiAvailable());
-    EXPECT_EQ(rows(wifi.WifiNetworks()), before);
-    EXPECT_FALSE(wifi.Wifi());  // an error
-    EXPECT_EQ(rows(wifi.WifiScan()), before);
-
+    EXPECT_EQ(text(wifi.WifiScan()), "Home 80");
     // Unavailable: WifiStrength rebuilds WifiNetworks from the scan it has.
     EXPECT_FALSE(wifi.WifiStrength());
-    EXPECT_EQ(rows(wifi.WifiNetworks()), before);
+    EXPECT_EQ(text(wifi.WifiNetworks()), "Home 80");
 }
 
-TEST(WifiTables, InterfacesWithoutANetworkGiveAnEmptyScan)
+TEST(Nl80211Parse, InterfacesInUseInIndexOrder)
 {
-    RecordedWifi source;
-    source.names = {{ok, {}}};
+    const Nl80211Interface home = interface(9, IftypeStation, "HomeNet");
+    // Not joined, and an access point naming its own network: no client of one.
+    const auto order = activeInterfaces({home, interface(4, IftypeStation, QByteArray()),
+                                         interface(5, IftypeAp, "Hotspot"), interface(7, IftypeStation, "A")});
+    ASSERT_EQ(order.size(), 2u);
+    EXPECT_EQ(order[0].ssid, "A");
+    EXPECT_EQ(order[1].ssid, "HomeNet");
+
+    // A device without a network interface, and a malformed index.
+    EXPECT_FALSE(parseNl80211Interface(attr(AttrIftype, u32(10))));
+    EXPECT_FALSE(parseNl80211Interface(attr(AttrIfindex, QByteArray(2, '\1'))));
+}
+
+TEST(Nl80211Parse, StationSignalIsTheLastReadingElseTheAverage)
+{
+    const QByteArray mac = attr(6, QByteArray("\x02\x00\x00\x00\x00\x01", 6));
+    EXPECT_EQ(parseNl80211StationSignal(mac + attr(AttrStaInfo, attr(StaInfoSignalAvg, s8(-71)))), -71);
+    EXPECT_EQ(parseNl80211StationSignal(attr(AttrStaInfo, attr(StaInfoSignalAvg, s8(-71)) + attr(StaInfoSignal, s8(-58)))),
+              -58);
+    EXPECT_FALSE(parseNl80211StationSignal(mac + attr(AttrStaInfo, attr(1, u32(1000)))));
+    EXPECT_FALSE(parseNl80211StationSignal(mac));
+}
+
+TEST(Nl80211Source, NoWifiOnThisMachine)
+{
+    if (!QDir(QStringLiteral("/sys/class/ieee80211")).isEmpty())
+        GTEST_SKIP() << "this machine has a wireless device";
+    Nl80211Source source;
+    std::vector<QByteArray> ssids;
+    const WifiAnswer names = source.activeSsids(ssids);
+    EXPECT_EQ(names.status, WifiAnswer::NoWifi) << names.error.toStdString();
     WifiTables wifi(source);
-    EXPECT_TRUE(wifi.Wifi());
-    EXPECT_TRUE(wifi.WifiScan().empty());
+    EXPECT_FALSE(wifi.Wifi());
     EXPECT_FALSE(wifi.WifiStrength());
     EXPECT_TRUE(wifi.WifiNetworks().empty());
 }

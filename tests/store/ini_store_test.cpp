@@ -1,11 +1,9 @@
-// The settings file: what reaches the disk, its mode, its atomic rewrite, and
-// what other processes write into it.
+// The stores: what every store must do, and for the settings file what
+// reaches the disk, its mode, its atomic rewrite, and what others write into it.
 #include "core/ini_store.h"
+#include "core/key_value_store.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -20,261 +18,173 @@ using namespace orm;
 
 namespace {
 
-// A second copy of the file under a new name, so that what is read comes from
-// the bytes on disk and not from anything this process still holds.
+// A copy under a new name, so what is read comes from the bytes on disk and
+// not from anything this process still holds.
 QString diskCopy(const QString& file)
 {
     static int n = 0;
     const QString copy = file + QStringLiteral(".copy%1").arg(++n);
-    QFile::remove(copy);
     EXPECT_TRUE(QFile::copy(file, copy));
     return copy;
 }
 
-mode_t modeOf(const QString& file)
+struct stat statOf(const QString& file)
 {
     struct stat st {};
     EXPECT_EQ(::stat(QFile::encodeName(file).constData(), &st), 0);
-    return st.st_mode & 07777;
+    return st;
 }
 
-ino_t inodeOf(const QString& file)
+void writeFile(const QString& path, const QByteArray& text)
 {
-    struct stat st {};
-    EXPECT_EQ(::stat(QFile::encodeName(file).constData(), &st), 0);
-    return st.st_ino;
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(text);
 }
 
 // Kills and reaps a child however the test ends.
 struct Child {
-    pid_t pid = -1;
-    ~Child()
-    {
-        if (pid > 0) {
-            ::kill(pid, SIGKILL);
-            ::waitpid(pid, nullptr, 0);
-        }
-    }
-    void reap()
-    {
-        int status = 0;
-        ::waitpid(pid, &status, 0);
-        pid = -1;
-    }
+    pid_t pid = ::fork();
+    ~Child() { pid > 0 && ::kill(pid, SIGKILL) == 0 && ::waitpid(pid, nullptr, 0); }
 };
 
-TEST(IniStore, AwkwardTextsComeBackFromDiskUnchanged)
+void checkContract(KeyValueStore& s)
+{
+    ASSERT_TRUE(s.writeValue("Settings/Sensor1", "Description", ""));
+    EXPECT_EQ(s.readValue("Settings/Sensor1", "Description", "dflt"), "");  // empty is not missing
+    s.writeValue("Settings", "CloseNow", "True");
+    s.writeValue("Settings/Sensor1", "*", "star");  // "*" and "" are the key's default value
+    EXPECT_EQ(s.readValue("Settings/Sensor1", "", "none"), "star");
+    s.writeValue("Settings/Sensor2/Node1", "Name", "a");
+    s.writeValue("Settings/Sensor10", "Name", "b");
+    s.writeValue("Settings/Sensor1/Node1", "Name", "c");
+    EXPECT_EQ(s.subKeys("Settings"), QStringList({"Sensor1", "Sensor10", "Sensor2"}));
+    // values() is the key's own values, never those of its sub-keys.
+    EXPECT_EQ(s.values("Settings"), (QList<QPair<QString, QString>>{{"CloseNow", "True"}}));
+    EXPECT_EQ(s.readValue("Settings//Sensor1/Node1/", "Name", ""), "c");
+
+    // A key and a value of the same name are deleted each without the other.
+    s.writeValue("Settings", "Sensor1", "beside");
+    s.writeValue("Settings", "Sensor2", "value");
+    EXPECT_TRUE(s.deleteValue("Settings/Sensor1", ""));
+    EXPECT_FALSE(s.deleteValue("Settings/Sensor1", ""));
+    EXPECT_EQ(s.readValue("Settings", "Sensor1", "gone"), "beside");
+    EXPECT_TRUE(s.deleteValue("Settings", "Sensor2"));
+    EXPECT_EQ(s.readValue("Settings/Sensor2/Node1", "Name", "gone"), "a");
+    EXPECT_EQ(s.subKeys("Settings"), QStringList({"Sensor10", "Sensor2"}));
+    EXPECT_FALSE(s.deleteValue("Settings", ""));  // the top-level key stays
+    EXPECT_EQ(s.lastError(), RefusedDeleteText);
+    EXPECT_EQ(s.readValue("Settings/Sensor10", "Name", ""), "b");
+}
+
+TEST(StoreContract, MemoryStoreAndIniStore)
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath("Vendrake/Ormivane.conf");  // folder made on first save
-    const QStringList texts = {"a, b",         "@Invalid()",      " lead and trail ",  "quote \" back \\ slash",
-                               "ünïcode €",    "semi;colon#hash=eq", "line\nbreak",   "",
-                               "-2147483648", "[Settings]",      "http://host/p?a=1&b=2"};
-    {
-        IniStore store(file);
-        for (int i = 0; i < texts.size(); ++i)
-            store.writeValue("Settings/Sensor1", QStringLiteral("V%1").arg(i), texts[i]);
-        ASSERT_TRUE(store.sync()) << store.lastError().toStdString();
+    MemoryStore memory;
+    IniStore file(dir.filePath("o.conf"));
+    for (KeyValueStore* s : std::initializer_list<KeyValueStore*>{&memory, &file}) {
+        SCOPED_TRACE(s == &memory ? "MemoryStore" : "IniStore");
+        checkContract(*s);
     }
-    IniStore back(diskCopy(file));
-    for (int i = 0; i < texts.size(); ++i)
-        EXPECT_EQ(back.readValue("Settings/Sensor1", QStringLiteral("V%1").arg(i), "missing"), texts[i]) << i;
 }
 
-TEST(IniStore, ReadsAHandWrittenFile)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath("hand.conf");
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("[Settings]\nSensors=2\nSensor1\\Name=By Hand\nSensor1\\Node1\\NodeType=5\nList=a,b\n");
-    f.close();
-    IniStore store(file);
-    EXPECT_EQ(store.readValue("Settings", "Sensors", ""), "2");
-    EXPECT_EQ(store.readValue("Settings/Sensor1", "Name", ""), "By Hand");
-    EXPECT_EQ(store.readValue("Settings/Sensor1/Node1", "NodeType", ""), "5");
-    EXPECT_EQ(store.readValue("Settings", "List", ""), "a,b");
-    EXPECT_EQ(store.subKeys("Settings"), QStringList({"Sensor1"}));
-}
-
-TEST(IniStore, FileIsOwnerOnlyAndReplacedOnEverySave)
+TEST(IniStore, FileIsMadeOwnerOnlyAndReplacedOnEverySave)
 {
     QTemporaryDir dir;
     const QString file = dir.filePath("o.conf");
+    writeFile(file, "[Settings]\nSensors=0\n");
+    ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), 0644), 0);
+    const ino_t before = statOf(file).st_ino;
     const mode_t oldMask = ::umask(022);
     IniStore store(file);
     store.writeValue("Settings", "SMTPAuthPass", "secret");
-    const bool first = store.sync();
+    const bool saved = store.sync();
     ::umask(oldMask);
-    ASSERT_TRUE(first) << store.lastError().toStdString();
-    EXPECT_EQ(modeOf(file), mode_t(0600));
-
-    // Each save writes a new file and renames it over the old one.
-    const ino_t before = inodeOf(file);
-    store.writeValue("Settings", "SMTPAuthPass", "other");
-    ASSERT_TRUE(store.sync());
-    EXPECT_NE(inodeOf(file), before);
-    EXPECT_EQ(modeOf(file), mode_t(0600));
-    EXPECT_EQ(IniStore(diskCopy(file)).readValue("Settings", "SMTPAuthPass", ""), "other");
+    ASSERT_TRUE(saved) << store.lastError().toStdString();
+    EXPECT_NE(statOf(file).st_ino, before);  // a new file renamed over the old one
+    EXPECT_EQ(statOf(file).st_mode & 07777, 0600u);
+    EXPECT_EQ(IniStore(diskCopy(file)).readValue("Settings", "SMTPAuthPass", ""), "secret");
 }
 
-TEST(IniStore, ExistingOpenFileIsClosedToOthersAtTheNextSave)
+TEST(IniStore, HandWrittenAndAppendedLinesAreReadAndNothingPendingIsLost)
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath("open.conf");
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("[Settings]\nSensors=0\n");
-    f.close();
-    ASSERT_EQ(::chmod(QFile::encodeName(file).constData(), 0644), 0);
+    const QString file = dir.filePath("hand.conf");
+    writeFile(file, "[Settings]\nSensor1\\Node1\\NodeType=5\nthis line is no value\nList=a,b\n");
     IniStore store(file);
-    store.writeValue("Settings", "StartInSystray", "False");
-    ASSERT_TRUE(store.sync());
-    EXPECT_EQ(modeOf(file), mode_t(0600));
-}
-
-TEST(IniStore, CloseNowAppendedByHandIsSeenAfterReload)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath("o.conf");
-    IniStore store(file);
-    store.writeValue("Settings", "StartInSystray", "False");
-    store.writeValue("Settings/Sensor1/Node1", "NodeType", "5");
-    ASSERT_TRUE(store.sync());
-
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::Append));
-    f.write("CloseNow=True\n");
-    f.close();
-    store.reload();
-    EXPECT_EQ(store.readValue("Settings", "CloseNow", "False"), "True");
-    EXPECT_EQ(store.readValue("Settings/Sensor1/Node1", "NodeType", ""), "5");
-    EXPECT_TRUE(store.lastError().isEmpty()) << store.lastError().toStdString();
-}
-
-TEST(IniStore, ValueSetByAnotherProcessIsSeenAndNothingPendingIsLost)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath("o.conf");
-    IniStore store(file);
-    store.writeValue("Settings", "Sensors", "1");
-    ASSERT_TRUE(store.sync());
+    EXPECT_EQ(store.readValue("Settings", "List", ""), "a,b");
     store.writeValue("Settings", "XLoc", "120");  // not yet saved
-
-    Child child;
-    child.pid = ::fork();
-    ASSERT_GE(child.pid, 0);
-    if (child.pid == 0) {
-        {
-            QSettings other(file, QSettings::IniFormat);
-            other.setValue("Settings/CloseNow", "True");
-            other.sync();
-        }
-        ::_exit(0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        QFile f(file);  // the last group is [Settings]
+        ::_exit(f.open(QIODevice::Append) && f.write("CloseNow=True\n") > 0 && f.flush() ? 0 : 1);
     }
-    child.reap();
-
+    ::waitpid(child, nullptr, 0);
     store.reload();
     EXPECT_EQ(store.readValue("Settings", "CloseNow", "False"), "True");
     IniStore disk(diskCopy(file));
-    EXPECT_EQ(disk.readValue("Settings", "CloseNow", ""), "True");
-    EXPECT_EQ(disk.readValue("Settings", "XLoc", ""), "120");
-    EXPECT_EQ(disk.readValue("Settings", "Sensors", ""), "1");
+    EXPECT_TRUE(disk.lastError().isEmpty()) << disk.lastError().toStdString();
+    for (const char* name : {"CloseNow", "XLoc", "List"})
+        EXPECT_NE(disk.readValue("Settings", name, ""), "") << name;
+    EXPECT_EQ(disk.readValue("Settings/Sensor1/Node1", "NodeType", ""), "5");
 }
 
 TEST(IniStore, KilledMidSaveLeavesAWholeFileThatCanBeSavedAgain)
 {
     QTemporaryDir dir;
-    constexpr int Values = 300;
-    for (int round = 0; round < 4; ++round) {
-        const QString file = dir.filePath(QStringLiteral("k%1.conf").arg(round));
-        int saved[2];
-        ASSERT_EQ(::pipe(saved), 0);
-        Child child;
-        child.pid = ::fork();
+    const QString file = dir.filePath("k.conf");
+    IniStore store(file);
+    int saved[2];
+    ASSERT_EQ(::pipe(saved), 0);
+    {
+        Child child;  // saves again and again until killed at some point of a save
         ASSERT_GE(child.pid, 0);
-        if (child.pid == 0) {
-            ::close(saved[0]);
-            IniStore store(file);
-            const QString pad(40, QLatin1Char('x'));
-            for (int gen = 1;; ++gen) {
-                for (int i = 0; i < Values; ++i)
-                    store.writeValue("Settings/Sensor1", QStringLiteral("V%1").arg(i),
-                                     QStringLiteral("%1-%2").arg(gen).arg(pad));
-                if (store.sync()) {
-                    const char c = 's';
-                    if (::write(saved[1], &c, 1) != 1)
-                        ::_exit(1);
-                }
-            }
+        for (int gen = 1; child.pid == 0; ++gen) {
+            for (int i = 0; i < 300; ++i)
+                store.writeValue("Settings/Sensor1", QStringLiteral("V%1").arg(i),
+                                 QStringLiteral("%1-%2").arg(gen).arg(QString(40, 'x')));
+            if (store.sync() && ::write(saved[1], "s", 1) != 1)
+                ::_exit(1);
         }
         ::close(saved[1]);
-        const int wanted = round + 2;
-        for (int k = 0; k < wanted; ++k) {
-            char c = 0;
+        char c = 0;
+        for (int k = 0; k < 3; ++k)
             ASSERT_EQ(::read(saved[0], &c, 1), 1) << "the writer died";
-        }
-        ::kill(child.pid, SIGKILL);
-        child.reap();
-        ::close(saved[0]);
-
-        EXPECT_EQ(modeOf(file), mode_t(0600));
-        IniStore disk(diskCopy(file));
-        const auto vals = disk.values("Settings/Sensor1");
-        ASSERT_EQ(vals.size(), Values) << "round " << round;
-        const QString gen = vals[0].second.section(QLatin1Char('-'), 0, 0);
-        EXPECT_GE(gen.toInt(), wanted);
-        for (const auto& v : vals)
-            EXPECT_EQ(v.second.section(QLatin1Char('-'), 0, 0), gen) << v.first.toStdString();
-
-        // The lock left by the killed writer does not stop the next save.
-        IniStore again(file);
-        again.writeValue("Settings", "Sensors", "1");
-        EXPECT_TRUE(again.sync()) << again.lastError().toStdString();
     }
+    ::close(saved[0]);
+    EXPECT_EQ(statOf(file).st_mode & 07777, 0600u);
+    const auto vals = IniStore(diskCopy(file)).values("Settings/Sensor1");
+    ASSERT_EQ(vals.size(), 300);
+    const QString gen = vals[0].second.section('-', 0, 0);
+    EXPECT_GE(gen.toInt(), 3);
+    for (const auto& v : vals)  // all from the same save
+        EXPECT_EQ(v.second.section('-', 0, 0), gen) << v.first.toStdString();
+    store.writeValue("Settings", "Sensors", "1");  // the killed writer's lock does not stop a save
+    EXPECT_TRUE(store.sync()) << store.lastError().toStdString();
 }
 
-TEST(IniStore, FailedSaveIsReportedAndTheNextOneRecovers)
+TEST(IniStore, FailedSaveIsReportedAndTheNextOneKeepsEveryText)
 {
     QTemporaryDir dir;
-    const QString blocker = dir.filePath("Vendrake");
-    const QString file = blocker + "/Ormivane.conf";
-    QFile b(blocker);  // a file where the folder should be
-    ASSERT_TRUE(b.open(QIODevice::WriteOnly));
-    b.close();
-
+    const QString blocker = dir.filePath("Vendrake"), file = blocker + "/Ormivane.conf";
+    writeFile(blocker, "");  // a file where the folder should be
     IniStore store(file);
     store.writeValue("Settings", "Sensors", "2");
     EXPECT_FALSE(store.sync());
     EXPECT_TRUE(store.lastError().contains(file)) << store.lastError().toStdString();
 
-    ASSERT_TRUE(QFile::remove(blocker));
-    ASSERT_TRUE(QDir().mkpath(blocker));
-    store.writeValue("Settings", "StartInSystray", "True");
-    EXPECT_TRUE(store.sync()) << store.lastError().toStdString();
-    EXPECT_TRUE(store.lastError().isEmpty());
+    ASSERT_TRUE(QFile::remove(blocker));  // the folder is made on the next save
+    const QStringList texts = {"a, b", "@Invalid()", " lead and trail ", "quote \" back \\ slash", "ünïcode €",
+                               "semi;colon#hash=eq", "line\nbreak", "", "[Settings]", "http://h/p?a=1&b=2"};
+    for (int i = 0; i < texts.size(); ++i)
+        store.writeValue("Settings/Sensor1", QStringLiteral("V%1").arg(i), texts[i]);
+    EXPECT_TRUE(store.sync() && store.lastError().isEmpty()) << store.lastError().toStdString();
+    EXPECT_EQ(statOf(file).st_mode & 07777, 0600u);
     IniStore disk(diskCopy(file));
     EXPECT_EQ(disk.readValue("Settings", "Sensors", ""), "2");  // written before the failure
-    EXPECT_EQ(disk.readValue("Settings", "StartInSystray", ""), "True");
-    EXPECT_EQ(modeOf(file), mode_t(0600));
-}
-
-TEST(IniStore, UnreadableLinesAreDroppedAndTheRestIsKept)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath("bad.conf");
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("[Settings]\nSensors=1\nthis line is no value\nStartInSystray=True\n");
-    f.close();
-    IniStore store(file);
-    EXPECT_EQ(store.readValue("Settings", "StartInSystray", ""), "True");
-    store.writeValue("Settings", "DisplayToolTips", "False");
-    EXPECT_TRUE(store.sync()) << store.lastError().toStdString();
-    IniStore disk(diskCopy(file));
-    EXPECT_TRUE(disk.lastError().isEmpty());
-    EXPECT_EQ(disk.readValue("Settings", "Sensors", ""), "1");
-    EXPECT_EQ(disk.readValue("Settings", "DisplayToolTips", ""), "False");
+    for (int i = 0; i < texts.size(); ++i)
+        EXPECT_EQ(disk.readValue("Settings/Sensor1", QStringLiteral("V%1").arg(i), "missing"), texts[i]);
 }
 
 }  // namespace

@@ -1,0 +1,88 @@
+#include "display/displayed_graph.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPainter>
+
+namespace orm {
+
+DisplayedGraph::DisplayedGraph(std::vector<Graph>& sensors, int index, QString commandLine, QString dataDir)
+    : GraphPicture(sensors, index, std::move(commandLine)), sensors_(sensors), index_(index),
+      dataDir_(std::move(dataDir))
+{
+    onBarTick = [this](const std::vector<double>& v) { barTick(v); };
+    onTrayTick = [this](const std::vector<double>& v) { trayTick(v); };
+}
+
+void DisplayedGraph::barTick(const std::vector<double>& displayValues)
+{
+    const Graph& g = sensors_[size_t(index_)];
+    if (bars_.bars.size() != g.Nodes.size())
+        setUpBars(bars_, g, maxValue(), true, displayValues);
+    orm::barTick(bars_, sensors_, index_, displayValues, maxValue(), geometry().pHeight);
+}
+
+void DisplayedGraph::trayTick(const std::vector<double>& displayValues)
+{
+    // The history strip needs each Node's display value for the stored columns.
+    TrayInput input;
+    input.displayValues = displayValues;
+    const NodeHistory& h = history();
+    for (size_t k = 1; k <= displayValues.size(); ++k) {
+        std::vector<double> columns;
+        if (int(k) <= h.sampleListCount()) {
+            const int count = h.samples(int(k)).count();
+            for (int pos = std::max(1, count - IconHistoryColumns + 1); pos <= count; ++pos)
+                columns.push_back(GetAvg(int(k), pos, 0, false, true, true));
+        }
+        input.columns.push_back(std::move(columns));
+    }
+    icons_ = orm::trayTick(sensors_, index_, input, maxValue());
+    // The picture goes through the scratch icon file, as the shell loads it from there.
+    if (!icons_.empty() && !dataDir_.isEmpty())
+        writeTempIco(dataDir_, icons_.back().picture);
+}
+
+QImage DisplayedGraph::windowPicture() const
+{
+    if (sensors_[size_t(index_)].GraphType != BarGraph)
+        return picture();
+    QImage image = picture().copy();
+    drawBars(image, bars_, sensors_[size_t(index_)], geometry().pHeight);
+    return image;
+}
+
+bool DisplayedGraph::saveSnapshot(const QString& folder, int graphNumber) const
+{
+    const int type = sensors_[size_t(index_)].GraphType;
+    const QString base = folder + QStringLiteral("/Graph%1").arg(graphNumber);
+    if (type == LineGraph || type == BarGraph)
+        return windowPicture().save(base + QStringLiteral(".png"));
+    if (type == SystrayIcon) {
+        bool ok = true;
+        for (size_t k = 0; k < icons_.size(); ++k) {
+            QFile f(base + QStringLiteral("-icon%1.ico").arg(k + 1));
+            ok = f.open(QIODevice::WriteOnly) && f.write(icons_[k].picture) == icons_[k].picture.size() && ok;
+        }
+        return ok;
+    }
+    return true;  // Text and Gadget Graphs draw nothing
+}
+
+std::unique_ptr<GraphView> DisplayedGraphFactory::make(int graphIndex)
+{
+    return std::make_unique<DisplayedGraph>(*sensors_, graphIndex, commandLine_, dataDir_);
+}
+
+bool saveSnapshots(const std::vector<std::unique_ptr<GraphView>>& views, const QString& folder)
+{
+    if (!QDir().mkpath(folder))
+        return false;
+    bool ok = true;
+    for (size_t i = 0; i < views.size(); ++i)
+        if (const auto* g = dynamic_cast<const DisplayedGraph*>(views[i].get()))
+            ok = g->saveSnapshot(folder, int(i) + 1) && ok;
+    return ok;
+}
+
+}  // namespace orm

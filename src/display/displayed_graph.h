@@ -1,0 +1,56 @@
+// A Graph's picture as the windows and the headless snapshot show it: the line
+// picture, the bars drawn over it, or the tray icons of this tick.
+#pragma once
+
+#include "core/graph_view.h"
+#include "display/bar_graph.h"
+#include "display/graph_picture.h"
+#include "display/tray_icons.h"
+
+#include <QImage>
+#include <vector>
+
+namespace orm {
+
+class DisplayedGraph : public GraphPicture {
+public:
+    DisplayedGraph(std::vector<Graph>& sensors, int index, QString commandLine, QString dataDir);
+
+    // What the window shows now: the line picture, or the frame with its bars.
+    QImage windowPicture() const;
+    const std::vector<TrayIconPicture>& trayIcons() const { return icons_; }
+    const BarGraphState& bars() const { return bars_; }
+
+    // Graph<n>.png for a Line or Bar Graph, Graph<n>-icon<k>.ico for a tray Graph.
+    bool saveSnapshot(const QString& folder, int graphNumber) const;
+
+private:
+    void barTick(const std::vector<double>& displayValues);
+    void trayTick(const std::vector<double>& displayValues);
+
+    std::vector<Graph>& sensors_;
+    int index_;
+    QString dataDir_;
+    BarGraphState bars_;
+    std::vector<TrayIconPicture> icons_;
+};
+
+// Makes a DisplayedGraph for each Graph and keeps them in reach for snapshots.
+class DisplayedGraphFactory final : public GraphViewFactory {
+public:
+    DisplayedGraphFactory(QString commandLine, QString dataDir)
+        : commandLine_(std::move(commandLine)), dataDir_(std::move(dataDir)) {}
+    // The model whose Graphs the views show; set before the first view is made.
+    void bind(std::vector<Graph>& sensors) { sensors_ = &sensors; }
+    std::unique_ptr<GraphView> make(int graphIndex) override;
+
+private:
+    std::vector<Graph>* sensors_ = nullptr;
+    QString commandLine_;
+    QString dataDir_;
+};
+
+// Saves the picture of every Graph whose view is a DisplayedGraph; false when one could not be written.
+bool saveSnapshots(const std::vector<std::unique_ptr<GraphView>>& views, const QString& folder);
+
+}  // namespace orm

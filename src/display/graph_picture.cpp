@@ -1,0 +1,314 @@
+#include "display/graph_picture.h"
+
+#include "core/debug_log.h"
+#include "display/averaging.h"
+#include "display/scale.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+namespace orm {
+
+namespace {
+
+// The smallest picture the images can be made for, even without the minimum size.
+constexpr int FloorWidth = 79;
+constexpr int FloorHeight = 64;
+
+}  // namespace
+
+GraphPicture::GraphPicture(std::vector<Graph>& sensors, int index, QString commandLine)
+    : sensors_(sensors), index_(index), debugMode_(commandLine.contains(QLatin1String("VDDebugMode")))
+{
+    debugLog().enter(QStringLiteral("LoadGraph"));
+    if (valid()) {
+        Graph& g = graph();
+        g.LocWidth = std::max(g.LocWidth, MinWidth);
+        g.LocHeight = std::max(g.LocHeight, MinHeight);
+        sizeFromRecord();
+        if (maxValue_ == 0)
+            maxValue_ = 100;
+        painter_.InitGSizeVars(clientWidth_, clientHeight_);
+        painter_.blank(g);
+    }
+    debugLog().leave(QStringLiteral("LoadGraph"));
+}
+
+void GraphPicture::sizeFromRecord()
+{
+    const Graph& g = graph();
+    const int minW = debugMode_ ? FloorWidth : MinWidth;
+    const int minH = debugMode_ ? FloorHeight : MinHeight;
+    clientWidth_ = std::max(g.LocWidth, minW);
+    clientHeight_ = std::max(g.LocHeight, minH);
+}
+
+void GraphPicture::setOldY(qint32 y)
+{
+    std::vector<qint32>& oldY = history_.oldYData();
+    std::fill(oldY.begin(), oldY.end(), y);
+}
+
+double GraphPicture::GetNodeValue(int node, int samplesBack) const
+{
+    return history_.nodeValue(node, samplesBack);
+}
+
+double GraphPicture::GetAvg(int nodeFrom1, int useThisIndex, double useThisValue, bool onlyCurrent, bool round,
+                            bool pingTranslation) const
+{
+    if (!valid())
+        return 0.0;
+    return orm::GetAvg(graph(), history_, nodeFrom1, useThisIndex, useThisValue, onlyCurrent, round,
+                       pingTranslation);
+}
+
+void GraphPicture::OpenGraph(int step)
+{
+    if (!valid())
+        return;
+    debugLog().enter(QStringLiteral("OpenGraph"));
+    Graph& g = graph();
+    if (g.Visible) {
+        for (int stage = std::max(step, 1); stage <= 6; ++stage) {
+            switch (stage) {
+            case 1:
+                opening_ = true;
+                sizeFromRecord();
+                break;
+            case 2:  // colours are read from the record whenever something is drawn
+                break;
+            case 3:
+                painter_.InitGSizeVars(clientWidth_, clientHeight_);
+                autoRange_ = g.AutoRange;
+                break;
+            case 4:
+                SetUpNodes(true);
+                break;
+            case 5:
+                InitDraw();
+                break;
+            case 6:
+                SetMax(g.LegendMax, true, 0);
+                g.Opened = -1;
+                opening_ = false;
+                break;
+            }
+        }
+    }
+    debugLog().leave(QStringLiteral("OpenGraph"));
+}
+
+void GraphPicture::SetUpNodes(bool clearAllData)
+{
+    if (!valid())
+        return;
+    const Graph& g = graph();
+    const int nodes = int(g.Nodes.size());
+    if (clearAllData)
+        history_.reset(nodes);
+    else
+        history_.oldYData().resize(size_t(nodes), painter_.geometry().baseLine());
+    painter_.setNodePens(g);
+}
+
+void GraphPicture::InitDraw()
+{
+    if (!valid())
+        return;
+    const Graph& g = graph();
+    if (g.GraphType == SystrayIcon || g.GraphType == VistaGadget)
+        return;
+    painter_.InitDraw(g, maxValue_);
+}
+
+void GraphPicture::SetMax(double& maxValue, bool autoRanging, double realValue)
+{
+    if (!valid())
+        return;
+    Graph& g = graph();
+    double oldMax = maxValue_;
+    if (oldMax == 0)
+        oldMax = maxValue;
+    maxValue_ = maxValue;
+    if (!g.Visible && !g.Opened)
+        return;
+    const PlotGeometry& geo = painter_.geometry();
+    if (geo.pWidth < 0)
+        return;
+    history_.level(geo.pWidth);
+    setOldY(geo.pHeight);
+
+    if (autoRanging && g.AutoRange) {
+        const LadderResult ladder = runUnitLadder(g, realValue, oldMax);
+        if (ladder.ran) {
+            oldMax = ladder.oldMax;
+            if (ladder.settled) {
+                DecideLegendUnits(g);
+                maxValue = orm::GetAvg(g, history_, 1, -1, ladder.raw / ladder.mult, true, true, false);
+                oldMax = orm::GetAvg(g, history_, 1, -1, ladder.oldMax, true, true, false);
+                if (maxValue < 1)
+                    maxValue = 1;
+                maxValue_ = maxValue;
+            }
+        }
+    }
+
+    painter_.repaintScale(g, maxValue_);
+    if (maxValue_ == 0)
+        maxValue_ = 0.1;
+    if (g.GraphType == LineGraph)
+        ResizeGraph(1, oldMax / maxValue_);
+}
+
+void GraphPicture::ResizeGraph(double xPercent, double yPercent)
+{
+    if (!valid())
+        return;
+    const Graph& g = graph();
+    if (g.GraphType == LineGraph)
+        painter_.stretchData(xPercent, yPercent, g);
+    // The next segment joins the stretched line. The column read is the one
+    // before the newest, as it always was.
+    const PlotGeometry& geo = painter_.geometry();
+    std::vector<qint32>& oldY = history_.oldYData();
+    const int nodes = std::min(int(g.Nodes.size()), int(oldY.size()));
+    for (int i = 0; i < nodes; ++i) {
+        const int count = history_.samples(i + 1).count();
+        if (count == 0)
+            continue;
+        const double v = orm::GetAvg(g, history_, i + 1, count - 1, 0, false, true, true);
+        const double y = (geo.pHeight + 35) - v * geo.pHeight / maxValue_;
+        oldY[size_t(i)] = std::isnan(y) ? geo.baseLine()
+                                        : qint32(std::nearbyint(std::clamp(y, double(INT_MIN), double(INT_MAX))));
+    }
+}
+
+void GraphPicture::WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds,
+                              int labelEvery)
+{
+    WriteGraph(values, label, gridSeconds, labelEvery, false, true, 0);
+}
+
+void GraphPicture::WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds,
+                              int labelEvery, bool blindDraw, bool saveStackData, int useThisIndex)
+{
+    if (label == NodeHistory::noLabel() || !valid())
+        return;
+    Graph& g = graph();
+    if (!g.Visible && !g.Opened)
+        return;
+    painting_ = true;
+    const int nodes = std::min({history_.sampleListCount(), int(values.size()), int(g.Nodes.size())});
+
+    if (autoRange_) {
+        double realValue = 0;
+        double big = autoRangeMaximum(g, history_, values, realValue);
+        if (big != maxValue_)
+            SetMax(big, true, realValue);
+    }
+
+    const int type = g.GraphType;
+    if (type != LineGraph && type != BarGraph && type != SystrayIcon) {
+        painting_ = false;
+        return;
+    }
+
+    const PlotGeometry& geo = painter_.geometry();
+    std::vector<qint32>& oldY = history_.oldYData();
+    if (oldY.size() < size_t(nodes))
+        oldY.resize(size_t(nodes), geo.baseLine());
+    if (type == LineGraph) {
+        painter_.scroll();
+        painter_.gridColumn(gridSeconds, labelEvery);
+    }
+    displayValues_.clear();
+
+    for (int i = 0; i < nodes; ++i) {
+        const double value = values[size_t(i)];
+        double v;
+        if (saveStackData) {
+            history_.addSample(i + 1, value, label, geo.pWidth);
+            v = orm::GetAvg(g, history_, i + 1, 0, value, false, true, true);
+        } else {
+            v = orm::GetAvg(g, history_, i + 1, useThisIndex, value, false, true, true);
+        }
+        qint32 y = lineY(v, geo.pHeight, maxValue_);
+        if (type == LineGraph) {
+            const Node& node = g.Nodes[size_t(i)];
+            if (node.NodeVisible)
+                painter_.drawSegment(i, oldY[size_t(i)], y, node.GraphLineType);
+        } else if (type == SystrayIcon) {
+            if (!g.Visible)
+                continue;
+            if (v > maxValue_)
+                y = 0;
+        }
+        oldY[size_t(i)] = y;
+        displayValues_.push_back(v);
+    }
+
+    if (type == LineGraph) {
+        painter_.advanceLabel(label, gridSeconds, g);
+        if (!blindDraw)
+            painter_.compose(g);
+    } else if (type == BarGraph) {
+        if (onBarTick)
+            onBarTick(displayValues_);
+    } else if (g.Visible && onTrayTick) {
+        onTrayTick(displayValues_);
+    }
+    painting_ = false;
+}
+
+void GraphPicture::RedrawGraph()
+{
+    if (!valid())
+        return;
+    debugLog().enter(QStringLiteral("RedrawGraph"));
+    const Graph& g = graph();
+    const int spacing = g.LogGraph ? 80 : 60;
+    if (g.Visible || g.Opened) {
+        const LabelList& labels = history_.labels();
+        const int last = labels.count();
+        const int first = g.GraphType == BarGraph ? last : 1;
+        setOldY(painter_.geometry().baseLine());
+        cancelRedraw_ = false;
+        for (int column = std::max(first, 1); column <= last && !cancelRedraw_; ++column) {
+            if (labels.at(column) == NodeHistory::noLabel())
+                continue;
+            const int lists = history_.sampleListCount();
+            redrawValues_.assign(size_t(lists), NodeHistory::NoSample);
+            for (int k = 1; k <= lists; ++k) {
+                const SampleList& list = history_.samples(k);
+                if (list.holds(column))
+                    redrawValues_[size_t(k) - 1] = list.at(column);
+            }
+            // Copied, since a scale change inside may level the lists.
+            const QString label = labels.at(column);
+            WriteGraph(redrawValues_, label, spacing, 5, column != last, false, column);
+        }
+    }
+    debugLog().leave(QStringLiteral("RedrawGraph"));
+}
+
+void GraphPicture::resizeWindow(int width, int height)
+{
+    if (!valid())
+        return;
+    const int minW = debugMode_ ? FloorWidth : MinWidth;
+    const int minH = debugMode_ ? FloorHeight : MinHeight;
+    clientWidth_ = std::max(width, minW);
+    clientHeight_ = std::max(height, minH);
+    painter_.InitGSizeVars(clientWidth_, clientHeight_);
+    InitDraw();
+    double max = maxValue_;
+    SetMax(max, false, 0);
+    RedrawGraph();
+    Graph& g = graph();
+    g.LocWidth = clientWidth_;
+    g.LocHeight = clientHeight_;
+}
+
+}  // namespace orm

@@ -1,0 +1,84 @@
+// The logic of one graph window without the window: history, scale and the
+// finished picture of one Graph, addressed by its index in Sensors.
+#pragma once
+
+#include "core/graph_view.h"
+#include "core/model.h"
+#include "display/line_painter.h"
+#include "display/node_history.h"
+
+#include <QImage>
+#include <QString>
+#include <functional>
+#include <vector>
+
+namespace orm {
+
+class GraphPicture : public GraphView {
+public:
+    static constexpr int MinWidth = 180;
+    static constexpr int MinHeight = 100;
+
+    GraphPicture(std::vector<Graph>& sensors, int index, QString commandLine = {});
+
+    void WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds,
+                    int labelEvery) override;
+    // The full form: a rebuild draws blind, reads stored columns instead of
+    // storing, and names the column it reads.
+    void WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds, int labelEvery,
+                    bool blindDraw, bool saveStackData, int useThisIndex);
+    double GetNodeValue(int node, int samplesBack) const override;
+    void OpenGraph() override { OpenGraph(1); }
+    void OpenGraph(int step);
+    // The grip let go at this size: the frame follows, the history is levelled
+    // to the new width, and the plot is rebuilt from it.
+    void resizeWindow(int width, int height);
+
+    const QImage& picture() const { return painter_.picture(); }
+    const PlotGeometry& geometry() const { return painter_.geometry(); }
+    int windowWidth() const { return clientWidth_; }
+    int windowHeight() const { return clientHeight_; }
+
+    double GetAvg(int nodeFrom1, int useThisIndex, double useThisValue, bool onlyCurrent, bool round,
+                  bool pingTranslation) const;
+    void SetMax(double& maxValue, bool autoRanging, double realValue);
+    void SetUpNodes(bool clearAllData);
+    void InitDraw();
+    void RedrawGraph();
+    void ResizeGraph(double xPercent, double yPercent);
+    // Wipes the picture, keeps the history.
+    void Clear() { InitDraw(); }
+
+    double maxValue() const { return maxValue_; }
+    NodeHistory& history() { return history_; }
+    const NodeHistory& history() const { return history_; }
+    double ticks() const { return painter_.ticks(); }
+
+    // Bar Graphs and Systray Icons store and auto-range like a Line Graph, then
+    // hand over this tick's display values, one per Node.
+    std::function<void(const std::vector<double>& displayValues)> onBarTick, onTrayTick;
+
+private:
+    bool valid() const { return index_ >= 0 && size_t(index_) < sensors_.size(); }
+    Graph& graph() { return sensors_[size_t(index_)]; }
+    const Graph& graph() const { return sensors_[size_t(index_)]; }
+    void sizeFromRecord();
+    void setOldY(qint32 y);
+
+    std::vector<Graph>& sensors_;
+    int index_;
+    bool debugMode_;
+    NodeHistory history_;
+    LinePainter painter_;
+    double maxValue_ = 0;  // m_MaxValue
+    bool autoRange_ = false;
+    bool opening_ = false;
+    bool painting_ = false;
+    bool cancelRedraw_ = false;
+    int clientWidth_ = 0;
+    int clientHeight_ = 0;
+    std::vector<double> redrawValues_;
+    std::vector<double> displayValues_;
+};
+
+}  // namespace orm

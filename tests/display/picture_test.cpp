@@ -1,0 +1,254 @@
+#include "display/graph_picture.h"
+
+#include <QElapsedTimer>
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace orm;
+
+namespace {
+
+constexpr qint32 Red = 0x0000FF;  // 0x00BBGGRR
+constexpr qint32 Green = 0x00FF00;
+constexpr qint32 Blue = 0xFF0000;
+
+struct Colours {
+    qint32 back, interior, light, exterior, label;
+};
+const Colours Dark{0x000000, 0x404040, 0x202020, 0x808080, 0xC0C0C0};
+const Colours Light{0xFFFFFF, 0x909090, 0xC0C0C0, 0x404040, 0x000000};
+
+QRgb rgbOf(qint32 bgr) { return qRgb(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF); }
+
+// A Line Graph of plain numbers, 568 x 159 (plot 490 x 96, base line at 131).
+struct Rig {
+    std::vector<Graph> sensors;
+    std::unique_ptr<GraphPicture> pic;
+    int tick = 0;
+
+    explicit Rig(bool autoRange = false, const Colours& c = Dark, int nodes = 1)
+    {
+        Graph g;
+        g.DataType = QStringLiteral("number");
+        g.DataMagnitude = 0;
+        g.AutoRange = autoRange;
+        g.LegendMax = 100;
+        g.LocWidth = 568;
+        g.LocHeight = 159;
+        g.GraphBackColor = c.back;
+        g.GraphInteriorGridColor = c.interior;
+        g.GraphInteriorGridColorLight = c.light;
+        g.GraphExteriorGridColor = c.exterior;
+        g.GraphGridLabelColor = c.label;
+        for (int i = 0; i < nodes; ++i) {
+            Node n;
+            n.GraphLineType = 0;
+            n.Averaging = 3;
+            n.PenColor = i == 0 ? Red : Green;
+            g.Nodes.push_back(n);
+        }
+        sensors.push_back(g);
+    }
+    Graph& graph() { return sensors[0]; }
+    void open()
+    {
+        pic = std::make_unique<GraphPicture>(sensors, 0);
+        pic->OpenGraph();
+    }
+    void write(std::vector<double> values, int times = 1)
+    {
+        for (int i = 0; i < times; ++i, ++tick)
+            pic->WriteGraph(values, QStringLiteral("10:%1:%2").arg(tick / 60, 2, 10, QLatin1Char('0'))
+                                        .arg(tick % 60, 2, 10, QLatin1Char('0')), 60, 5);
+    }
+    QRgb at(int x, int y) const { return pic->picture().pixel(x, y); }
+    bool columnHas(int x, QRgb colour, int fromY = 36, int toY = 130) const
+    {
+        for (int y = fromY; y <= toY; ++y)
+            if (y != 59 && y != 83 && y != 107 && at(x, y) == colour)  // skip horizontal grid rows
+                return true;
+        return false;
+    }
+};
+
+}  // namespace
+
+TEST(GraphPicture, LineStandsAtTheComputedRow)
+{
+    Rig rig(false, Dark, 2);
+    rig.graph().Nodes[1].NodeVisible = false;
+    rig.graph().Nodes[1].GraphLineType = 1;
+    rig.open();
+    ASSERT_EQ(rig.pic->geometry().pWidth, 490);
+    ASSERT_EQ(rig.pic->geometry().pHeight, 96);
+    rig.write({40, 10}, 5);
+    // 131 - 96 / 100 * 40 = 92.6, drawn in the newest column at 490 + 53.
+    EXPECT_EQ(rig.at(543, 93), rgbOf(Red));
+    EXPECT_NE(rig.at(543, 92), rgbOf(Red));
+    EXPECT_NE(rig.at(544, 93), rgbOf(Red));
+    // The hidden Node draws nothing but keeps its place.
+    for (int x = 530; x <= 544; ++x)
+        EXPECT_FALSE(rig.columnHas(x, rgbOf(Green), 36, 131));
+    EXPECT_EQ(rig.pic->history().oldYData()[1], 121);
+
+    rig.graph().Nodes[0].GraphLineType = 1;  // fill down to the base line
+    rig.pic->SetUpNodes(false);
+    rig.write({10, 10});
+    EXPECT_EQ(rig.at(543, 121), rgbOf(Red));
+    EXPECT_EQ(rig.at(543, 128), rgbOf(Red));
+    EXPECT_EQ(rig.at(542, 100), rgbOf(Red));  // the step from 93 down to 121
+    EXPECT_EQ(rig.at(542, 128), rgbOf(0));
+    EXPECT_DOUBLE_EQ(rig.pic->GetNodeValue(0, 0), 10);
+    EXPECT_DOUBLE_EQ(rig.pic->GetNodeValue(0, 1), 40);
+    EXPECT_EQ(rig.pic->GetNodeValue(0, 6), -1);  // the filler in front, raw
+    EXPECT_EQ(rig.pic->GetNodeValue(0, 490), 0);  // beyond the history
+}
+
+TEST(GraphPicture, GridColumnsEvery12TicksAndLabelsEvery60)
+{
+    Rig rig;
+    rig.open();
+    rig.write({0}, 29);
+    auto bandColumns = [&] {
+        std::vector<int> xs;
+        for (int x = 55; x <= 544; ++x)
+            for (int y = 139; y <= 155; ++y)
+                if (rig.at(x, y) != rgbOf(Dark.back)) {
+                    xs.push_back(x);
+                    break;
+                }
+        return xs;
+    };
+    EXPECT_TRUE(bandColumns().empty());
+    rig.write({0}, 150 - 29);
+
+    // Tick T (from 0) is drawn at 543 and scrolled left once a tick since.
+    for (int t = 90; t < 150; ++t) {
+        const int x = 543 - (149 - t);
+        const bool minor = t % 12 == 0 && t % 60 != 0;
+        const bool major = t % 60 == 0;
+        EXPECT_EQ(rig.columnHas(x, rgbOf(Dark.light)), minor) << "tick " << t;
+        if (x > 480) {  // left of that the scrolled static grid has the same colour
+            EXPECT_EQ(rig.columnHas(x, rgbOf(Dark.interior)), major) << "tick " << t;
+        }
+        EXPECT_EQ(rig.at(x, 137) == rgbOf(Dark.exterior), major) << "tick " << t;  // the long mark
+    }
+
+    // Three labels, at ticks 30, 90 and 150, 60 columns apart.
+    std::vector<int> starts;
+    int previous = -100;
+    for (int x : bandColumns()) {
+        if (x - previous > 5)
+            starts.push_back(x);
+        previous = x;
+    }
+    ASSERT_EQ(starts.size(), 3u);
+    EXPECT_NEAR(starts[1] - starts[0], 60, 1);
+    EXPECT_NEAR(starts[2] - starts[1], 60, 1);
+    EXPECT_NEAR(starts[2], 495, 2);
+}
+
+TEST(GraphPicture, GridAndLineVisibleOnDarkAndLight)
+{
+    for (const Colours& c : {Dark, Light}) {
+        Rig rig(false, c);
+        rig.graph().Nodes[0].PenColor = c.back == 0 ? Red : Blue;
+        rig.open();
+        rig.write({40}, 10);
+        EXPECT_EQ(rig.at(543, 93), rgbOf(rig.graph().Nodes[0].PenColor));
+        EXPECT_EQ(rig.at(300, 59), rgbOf(c.interior));  // a horizontal grid line
+        EXPECT_EQ(rig.at(300, 70), rgbOf(c.back));
+        EXPECT_EQ(rig.at(300, 131), rgbOf(c.exterior));  // the base line
+    }
+}
+
+TEST(GraphPicture, ScaleChangeStretchesOldDataTowardsTheBaseLine)
+{
+    Rig rig(true);
+    rig.open();
+    rig.write({60}, 5);
+    EXPECT_DOUBLE_EQ(rig.pic->maxValue(), 60);
+    EXPECT_EQ(rig.at(541, 35), rgbOf(Red));
+    rig.write({100});
+    EXPECT_DOUBLE_EQ(rig.pic->maxValue(), 100);
+    // Row 35 of a scale of 60 is row 73 of a scale of 100: 131 - 0.6 * 96, anchored at the bottom.
+    EXPECT_EQ(rig.at(540, 73), rgbOf(Red));
+    EXPECT_NE(rig.at(540, 35), rgbOf(Red));
+    EXPECT_EQ(rig.at(543, 35), rgbOf(Red));  // the new sample at the new top
+}
+
+TEST(GraphPicture, ResizeRebuildsWithTheNewestAtTheRight)
+{
+    Rig rig;
+    rig.open();
+    rig.write({40}, 20);
+    rig.write({10});
+    rig.pic->resizeWindow(668, 159);
+    EXPECT_EQ(rig.pic->picture().width(), 668);
+    EXPECT_EQ(rig.graph().LocWidth, 668);
+    EXPECT_EQ(rig.pic->history().samples(1).count(), 590);
+    EXPECT_EQ(rig.at(643, 121), rgbOf(Red));
+    EXPECT_EQ(rig.at(641, 93), rgbOf(Red));
+    EXPECT_FALSE(rig.columnHas(300, rgbOf(Red), 36, 131));  // padded columns stay empty
+
+    rig.pic->resizeWindow(100, 50);  // held at the minimum
+    EXPECT_EQ(rig.pic->picture().size(), QSize(180, 100));
+    EXPECT_EQ(rig.pic->history().samples(1).count(), 102);
+    EXPECT_DOUBLE_EQ(rig.pic->GetNodeValue(0, 0), 10);
+}
+
+TEST(GraphPicture, VisibilityTypeAndMinimumSize)
+{
+    Rig hidden;
+    hidden.graph().Visible = false;
+    hidden.graph().LocWidth = 100;
+    hidden.open();
+    EXPECT_EQ(hidden.pic->windowWidth(), 180);
+    EXPECT_EQ(hidden.pic->windowHeight(), 159);
+    hidden.write({5});
+    EXPECT_EQ(hidden.pic->GetNodeValue(0, 0), 0);  // never opened: nothing grows
+
+    Rig later;
+    later.open();
+    later.graph().Visible = false;
+    later.write({5});
+    EXPECT_EQ(later.pic->GetNodeValue(0, 0), 5);  // hidden after opening keeps going
+
+    Rig bar;
+    bar.graph().GraphType = BarGraph;
+    bar.open();
+    std::vector<double> shown;
+    bar.pic->onBarTick = [&](const std::vector<double>& v) { shown = v; };
+    bar.write({12.34});
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_DOUBLE_EQ(shown[0], 12.3);
+
+    Rig text;
+    text.graph().GraphType = TextGraph;
+    text.open();
+    const QImage before = text.pic->picture().copy();
+    text.write({5});
+    EXPECT_EQ(text.pic->picture(), before);
+}
+
+TEST(GraphPicture, FrameCostWithTenNodesAndAutoRange)
+{
+    Rig rig(true, Dark, 10);
+    rig.graph().DataType = QStringLiteral("bps");
+    rig.graph().DataMagnitude = 3;
+    rig.open();
+    std::vector<double> values(10);
+    for (int t = 0; t < 600; ++t) {
+        for (int i = 0; i < 10; ++i)
+            values[size_t(i)] = 1000.0 * ((t * 7 + i * 13) % 97);
+        rig.write(values);
+    }
+    QElapsedTimer timer;
+    timer.start();
+    for (int t = 0; t < 300; ++t)
+        rig.write(values);
+    const double micros = timer.nsecsElapsed() / 1000.0 / 300;
+    RecordProperty("frame_microseconds", QString::number(micros, 'f', 1).toStdString());
+    std::printf("one frame: %.1f us\n", micros);
+    EXPECT_EQ(rig.graph().LegendUnits, "Kbps");
+}
