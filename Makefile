@@ -3,7 +3,8 @@
 BUILD ?= build
 JOBS ?= $(shell nproc)
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
-PACKAGES := cmake ninja-build g++ pkg-config qt6-base-dev libgtest-dev libnl-genl-3-dev iproute2 procps
+PACKAGES := cmake ninja-build g++ pkg-config qt6-base-dev libgtest-dev libnl-genl-3-dev iproute2 procps \
+            xvfb openbox trayer xdotool x11-utils
 
 .PHONY: all deps build run test bench clean
 

@@ -1,5 +1,6 @@
 // ormivane: the monitor. Headless, it runs the tick, the logs and the stop
 // signals without any window.
+#include "desktop.h"
 #include "display/displayed_graph.h"
 #include "core/ini_store.h"
 #include "core/monitor.h"
@@ -8,6 +9,7 @@
 #include "core/version.h"
 
 #include <QCommandLineParser>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QDir>
@@ -39,9 +41,15 @@ bool wantsOffscreen(int argc, char* argv[])
 
 int main(int argc, char* argv[])
 {
-    if (wantsOffscreen(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    const bool withWindows = !wantsOffscreen(argc, argv);
+    if (!withWindows && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
+    std::unique_ptr<QGuiApplication> application;
+    if (withWindows)
+        application = std::make_unique<QApplication>(argc, argv);
+    else
+        application = std::make_unique<QGuiApplication>(argc, argv);
+    QGuiApplication& app = *application;
     QCoreApplication::setApplicationName(QString::fromLatin1(ProductName));
     QCoreApplication::setOrganizationName(QString::fromLatin1(CompanyName));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORMIVANE_VERSION));
@@ -98,19 +106,10 @@ int main(int argc, char* argv[])
     SystemClock clock;
     IniStore store(configFile);
     auto sources = SourceSet::forLinux();
-    // Until the desktop shell exists every run is headless; --headless keeps it so later.
-    Q_UNUSED(headless);
+    Q_UNUSED(headless);  // decided before the application was made
     DisplayedGraphFactory views(options.commandLine, options.dataDir);
     Monitor monitor(options, clock, store, *sources, views);
     views.bind(monitor.Sensors);
-
-    if (!monitor.startUp()) {
-        printLine(stderr, monitor.startError());
-        return 3;
-    }
-    for (const Notice& n : monitor.notices)
-        printLine(stdout, n.title + QStringLiteral(": ") + QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
-    monitor.notices.clear();
 
     if (parser.isSet(snapshot)) {
         const QString folder = parser.value(snapshot);
@@ -119,6 +118,17 @@ int main(int argc, char* argv[])
                 printLine(stderr, QStringLiteral("ormivane: cannot save the pictures into %1").arg(folder));
         };
     }
+
+    if (withWindows)
+        return runDesktop(monitor, store, maxTicks);
+
+    if (!monitor.startUp()) {
+        printLine(stderr, monitor.startError());
+        return 3;
+    }
+    for (const Notice& n : monitor.notices)
+        printLine(stdout, n.title + QStringLiteral(": ") + QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    monitor.notices.clear();
 
     MonitorLoop loop(monitor, maxTicks);
     loop.watchStopSignals();

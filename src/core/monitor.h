@@ -95,6 +95,9 @@ public:
     QString retrievalToolTip() const;
     void clearRetrievalRed() { retrievalRed = false; }
 
+    // Shows a start-up step's text (the splash window); nothing when headless.
+    std::function<void(const QString&)> onSplash;
+
     // Runs as shut-down begins, while every view still stands (the headless snapshot).
     std::function<void()> onUnload;
 
@@ -123,6 +126,11 @@ private:
     void logData(const LogFlags& flags);
     void firstRunOrLoad();
     void addNotice(const QString& title, const QString& text);
+    void splash(const QString& text)
+    {
+        if (onSplash)
+            onSplash(text);
+    }
     void requestTestSetup() {}  // the speed test endpoint comes with the website transfers
 
     MonitorOptions options_;

@@ -63,6 +63,7 @@ void MonitorLoop::onTick()
         return;
     monitor_.TimerData();
     ++ticks_;
+    emit ticked();
     if (!monitor_.fatalError.isEmpty() || (maxTicks_ > 0 && ticks_ >= maxTicks_)) {
         monitor_.Closing = true;
         end();

@@ -23,6 +23,8 @@ public:
     void watchStopSignals();
 
 signals:
+    // A tick has run: the windows repaint from their pictures.
+    void ticked();
     // The Monitor has unloaded; the status is what the process should exit with.
     void finished(int status);
 

@@ -42,6 +42,7 @@ bool Monitor::startUp()
     }
 
     // 6.
+    splash(QStringLiteral("Initializing...."));
     if (DebugMode) {
         debugLog().log(QStringLiteral("ClearData"));
         const QString dump = settingsDump(store_, 0);
@@ -61,18 +62,23 @@ bool Monitor::startUp()
     QRandomGenerator::global()->generate();
 
     // 12. to 16.
+    splash(QStringLiteral("Adaptor info...."));
     sources_.adapters->GetAdapters(true);
     if (!sources_.adapters->initError.isEmpty())
         addNotice(sources_.adapters->initErrorTitle.isEmpty() ? QString::fromLatin1(ProductName)
                                                               : sources_.adapters->initErrorTitle,
                   sources_.adapters->initError);
     trace(QStringLiteral("LoadMain 1.11"));
+    splash(QStringLiteral("Memory setup...."));
     sources_.memory->GetMemoryStatus();
     trace(QStringLiteral("LoadMain 1.12"));
+    splash(QStringLiteral("Gathering processes...."));
     sources_.processes->RefreshProcessList();
     trace(QStringLiteral("LoadMain 1.13"));
+    splash(QStringLiteral("Processor setup...."));
     sources_.cpu->GetCpuUsage(true, false, 0);
     trace(QStringLiteral("LoadMain 1.14"));
+    splash(QStringLiteral("Drive info...."));
     sources_.drives->GetDriveInfo();
     trace(QStringLiteral("LoadMain 1.15"));
     lists.cmbDriveList.clear();
@@ -92,6 +98,7 @@ bool Monitor::startUp()
     trace(QStringLiteral("LoadMain 1.1"));
 
     // 18.
+    splash(QStringLiteral("Adaptor setup...."));
     trace(QStringLiteral("LoadMain 1.2"));
     lists.cmbNetCard = sources_.adapters->descriptions();
     trace(QStringLiteral("LoadMain 1.3"));
@@ -100,6 +107,7 @@ bool Monitor::startUp()
     firstRunOrLoad();
 
     // 20. to 23. A failing wireless query leaves the list empty.
+    splash(QStringLiteral("Locating WIFI adaptors...."));
     trace(QStringLiteral("LoadMain 1.4"));
     lists.cmbSSID.clear();
     if (sources_.wifi->Wifi()) {
@@ -111,7 +119,9 @@ bool Monitor::startUp()
     }
     trace(QStringLiteral("LoadMain 1.5"));
     trace(QStringLiteral("LoadMain 1.55"));
+    splash(QStringLiteral("Initializing ToolTips...."));
     trace(QStringLiteral("LoadMain 1.6"));
+    splash(QStringLiteral("Indexes...."));
     ProcessIndexes(Sensors, *sources_.processes);
     trace(QStringLiteral("LoadMain 1.7"));
 
@@ -122,11 +132,17 @@ bool Monitor::startUp()
                           QStringLiteral("5")};
 
     // 25. to 30.
+    splash(QStringLiteral("List setup...."));
     trace(QStringLiteral("LoadMain 1.75"));
     trace(QStringLiteral("LoadMain 1.8"));
+    splash(QStringLiteral("Menu setup...."));
+    splash(QStringLiteral("Testing URLs...."));
+    splash(QStringLiteral("Retrieving setup from server...."));
     trace(QStringLiteral("LoadMain 1.85"));
+    splash(QStringLiteral("Loading Alerts...."));
     trace(QStringLiteral("LoadMain 1.9"));
     PanelReady = true;
+    splash(QStringLiteral("Finalizing...."));
     trace(QStringLiteral("LoadMain 1.95"));
 
     // 31.
@@ -162,6 +178,7 @@ void Monitor::firstRunOrLoad()
     refreshGadgetFeed();
     GraphForms.clear();
     for (size_t i = 0; i < Sensors.size(); ++i) {
+        splash(QStringLiteral("Loading Graphs...."));
         GraphForms.push_back(views_.make(int(i)));
         GraphForms.back()->OpenGraph();
         cascade.x += 17;

@@ -1,4 +1,5 @@
 #include "sources/adapter_platform.h"
+#include "sources/platform_file.h"
 
 #include "sources/net_dev.h"
 
@@ -25,10 +26,10 @@ namespace {
 // Sysfs files that a link does not support fail on read; they give nothing.
 std::optional<QByteArray> readSmallFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const auto whole = readPlatformFile(path);
+    if (!whole)
         return std::nullopt;
-    const QByteArray text = file.readAll().trimmed();
+    const QByteArray text = whole->trimmed();
     if (text.isEmpty())
         return std::nullopt;
     return text;
@@ -123,10 +124,10 @@ LinuxAdapterPlatform::LinuxAdapterPlatform(QString procRoot, QString sysRoot, QS
 AdapterReadError LinuxAdapterPlatform::interfaceRows(std::vector<InterfaceRow>& rows)
 {
     rows.clear();
-    QFile file(procRoot_ + QStringLiteral("/net/dev"));
-    if (!file.open(QIODevice::ReadOnly))
+    const auto netDev = readPlatformFile(procRoot_ + QStringLiteral("/net/dev"));
+    if (!netDev)
         return {AdapterErrorNotSupported, QStringLiteral("The request is not supported.")};
-    for (const NetDevRow& dev : parseNetDev(file.readAll())) {
+    for (const NetDevRow& dev : parseNetDev(*netDev)) {
         const QString dir = sysRoot_ + QStringLiteral("/class/net/") + dev.name;
         InterfaceRow row;
         row.Index = qint32(readNumber(dir + QStringLiteral("/ifindex")).value_or(0));

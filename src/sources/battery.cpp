@@ -1,4 +1,5 @@
 #include "sources/battery.h"
+#include "sources/platform_file.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,14 +9,6 @@
 namespace orm {
 
 namespace {
-
-std::optional<QByteArray> readFile(const QString& path)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return f.readAll();
-}
 
 // A battery's own percent: its capacity, else what its charge says.
 std::optional<double> ownPercent(const PowerSupply& s)
@@ -83,7 +76,7 @@ std::vector<PowerSupply> BatteryReader::supplies() const
     const QStringList names = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString& name : names) {
         const QString folder = dir.filePath(name) + QLatin1Char('/');
-        const auto text = [&folder](const char* file) { return readFile(folder + QLatin1String(file)); };
+        const auto text = [&folder](const char* file) { return readPlatformFile(folder + QLatin1String(file)); };
         const auto number = [&text](const char* file) -> std::optional<qint64> {
             const auto t = text(file);
             return t ? parseSysfsNumber(*t) : std::nullopt;

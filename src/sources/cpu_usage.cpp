@@ -1,4 +1,5 @@
 #include "sources/cpu_usage.h"
+#include "sources/platform_file.h"
 
 #include <QFile>
 #include <algorithm>
@@ -12,10 +13,10 @@ namespace {
 
 std::optional<std::vector<CpuJiffies>> readStat(const QString& path)
 {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
+    const auto text = readPlatformFile(path);
+    if (!text)
         return std::nullopt;
-    return parseProcStat(f.readAll());
+    return parseProcStat(*text);
 }
 
 double busyPercent(const CpuJiffies& before, const CpuJiffies& now)

@@ -1,4 +1,5 @@
 #include "sources/drive_platform.h"
+#include "sources/platform_file.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -15,14 +16,6 @@
 namespace orm {
 
 namespace {
-
-std::optional<QByteArray> readFile(const QString& path)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return f.readAll();
-}
 
 bool isNetworkFilesystem(const QString& fsType)
 {
@@ -84,7 +77,7 @@ LinuxDrivePlatform::LinuxDrivePlatform(QString procRoot, QString sysRoot, QStrin
 QStringList LinuxDrivePlatform::driveStrings()
 {
     drives_.clear();
-    if (const auto text = readFile(procRoot_ + QStringLiteral("/self/mounts")))
+    if (const auto text = readPlatformFile(procRoot_ + QStringLiteral("/self/mounts")))
         drives_ = driveMounts(parseMounts(*text));
     QStringList roots;
     for (const MountEntry& m : drives_)
@@ -107,7 +100,7 @@ std::optional<MountEntry> LinuxDrivePlatform::mountOf(const QString& mountPoint)
 
 std::vector<DiskStatsRow> LinuxDrivePlatform::readDiskstats() const
 {
-    const auto text = readFile(procRoot_ + QStringLiteral("/diskstats"));
+    const auto text = readPlatformFile(procRoot_ + QStringLiteral("/diskstats"));
     return text ? parseDiskstats(*text) : std::vector<DiskStatsRow>{};
 }
 
@@ -155,7 +148,7 @@ bool LinuxDrivePlatform::isRemovable(const QString& deviceName) const
 {
     const QString block = sysRoot_ + QStringLiteral("/block/");
     auto flag = [&](const QString& disk) {
-        const auto text = readFile(block + disk + QStringLiteral("/removable"));
+        const auto text = readPlatformFile(block + disk + QStringLiteral("/removable"));
         return text && text->trimmed() == "1";
     };
     if (deviceName.isEmpty())

@@ -1,4 +1,5 @@
 #include "sources/memory_status.h"
+#include "sources/platform_file.h"
 
 #include <QFile>
 #include <utility>
@@ -12,10 +13,10 @@ MemoryStatus::MemoryStatus(QString procRoot)
 
 void MemoryStatus::GetMemoryStatus()
 {
-    QFile f(path_);
-    if (!f.open(QIODevice::ReadOnly))
-        return;
-    if (const auto m = parseMeminfo(f.readAll()))
+    const auto text = readPlatformFile(path_);
+    if (!text)
+        return;  // the figures keep their last values
+    if (const auto m = parseMeminfo(*text))
         figures = *m;
 }
 

@@ -1,4 +1,5 @@
 #include "sources/proc_pid.h"
+#include "sources/platform_file.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,14 +16,6 @@ QString baseName(const QString& path)
 {
     const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
     return slash < 0 ? path : path.mid(slash + 1);
-}
-
-std::optional<QByteArray> readFile(const QString& path)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return f.readAll();  // /proc files claim size 0; readAll reads to the end
 }
 
 }  // namespace
@@ -117,14 +110,14 @@ std::optional<QString> ProcPidReader::name(quint32 pid) const
     }
     QString fromCmdline;
     if (fromExe.isEmpty()) {
-        if (const auto cmdline = readFile(pidPath(pid, "cmdline"))) {
+        if (const auto cmdline = readPlatformFile(pidPath(pid, "cmdline"))) {
             readAny = true;
             fromCmdline = cmdlineName(*cmdline);
         }
     }
     QString fromComm;
     if (fromExe.isEmpty() && fromCmdline.isEmpty()) {
-        if (const auto comm = readFile(pidPath(pid, "comm"))) {
+        if (const auto comm = readPlatformFile(pidPath(pid, "comm"))) {
             readAny = true;
             fromComm = commName(*comm);
         }
@@ -136,7 +129,7 @@ std::optional<QString> ProcPidReader::name(quint32 pid) const
 
 qint64 ProcPidReader::residentBytes(quint32 pid) const
 {
-    const auto statm = readFile(pidPath(pid, "statm"));
+    const auto statm = readPlatformFile(pidPath(pid, "statm"));
     if (!statm)
         return 0;
     const auto pages = parseStatmResidentPages(*statm);

@@ -6,6 +6,7 @@ using namespace orm;
 
 namespace {
 
+// One Node with the given samples, oldest first.
 struct Fixture {
     Graph g;
     NodeHistory h;
@@ -13,10 +14,9 @@ struct Fixture {
     {
         g.DataType = QString::fromLatin1(type);
         g.DataMagnitude = magnitude;
-        Node n;
-        n.Averaging = mode;
-        n.AveragingSamples = window;
-        g.Nodes.push_back(n);
+        g.Nodes.resize(1);
+        g.Nodes[0].Averaging = mode;
+        g.Nodes[0].AveragingSamples = window;
         h.reset(1);
         for (double s : samples)
             h.addSample(1, s, "t", 100);
@@ -35,10 +35,7 @@ TEST(GetAvg, UnitsDivideThenMultiply)
     EXPECT_DOUBLE_EQ(bps.avg(), 1000);  // bytes per second shown as Kbps
     bps.g.DisplayAsBytesPerSecond = true;
     EXPECT_DOUBLE_EQ(bps.avg(), 125);
-
-    Fixture bytes("bytes", 10, {3072}, RealTime);
-    EXPECT_DOUBLE_EQ(bytes.avg(), 3);
-
+    EXPECT_DOUBLE_EQ(Fixture("bytes", 10, {3072}, RealTime).avg(), 3);
     Fixture secs("seconds", 0, {1500}, RealTime);
     EXPECT_DOUBLE_EQ(secs.avg(), 1.5);
     secs.g.DataMagnitude = 0.001;
@@ -52,56 +49,43 @@ TEST(GetAvg, UnitsDivideThenMultiply)
 TEST(GetAvg, IncomingValueAndRounding)
 {
     Fixture f("number", 0, {1, 2}, Average, 3);
-    // One past the end: the incoming 6 joins the window before it is stored.
-    EXPECT_DOUBLE_EQ(f.avg(-1, 6), 3);
-    EXPECT_DOUBLE_EQ(f.avg(-1, 6.02, true), 3);
+    // One past the end: the incoming value joins the window before it is stored.
+    EXPECT_DOUBLE_EQ(f.avg(-1, 6.02), 3);
     EXPECT_DOUBLE_EQ(f.avg(-1, 0.25, false), 3.25 / 3);
     EXPECT_DOUBLE_EQ(GetAvg(f.g, f.h, 1, -1, 7.25, true, true, true), 7.2);  // halves to even
 }
 
-TEST(GetAvg, MissingSamplesShowAsZeroInEveryMode)
+TEST(GetAvg, GapsInEveryMode)
 {
-    for (int mode = PeakCapture; mode <= RealTime; ++mode) {
-        Fixture f("number", 0, {-1, -1, -1}, mode, 3);
-        EXPECT_EQ(f.avg(), 0) << "mode " << mode;
-    }
-}
-
-TEST(GetAvg, AverageFillsGapsWithTheRunningShare)
-{
-    Fixture f("number", 0, {10, -1, 20}, Average, 3);
+    for (int mode = PeakCapture; mode <= RealTime; ++mode)
+        EXPECT_EQ(Fixture("number", 0, {-1, -1, -1}, mode, 3).avg(), 0) << "mode " << mode;
     // 20, then the gap adds 20 / 2, then 10: 40 over the full window of 3.
-    EXPECT_DOUBLE_EQ(f.avg(0, 0, false), 40.0 / 3);
-    Fixture wide("number", 0, {2, 4}, Average, 10);  // window clipped to the list
-    EXPECT_DOUBLE_EQ(wide.avg(), 3);
-    Fixture lone("number", 0, {-1, 5}, Average, 1);  // one missing column: 0 / 0
-    EXPECT_EQ(lone.avg(1), 0);
+    EXPECT_DOUBLE_EQ(Fixture("number", 0, {10, -1, 20}, Average, 3).avg(0, 0, false), 40.0 / 3);
+    EXPECT_DOUBLE_EQ(Fixture("number", 0, {2, 4}, Average, 10).avg(), 3);  // window clipped to the list
+    EXPECT_EQ(Fixture("number", 0, {-1, 5}, Average, 1).avg(1), 0);        // one missing column: 0 / 0
 }
 
 TEST(GetAvg, PeakAndLullKeepTheirUnscaledComparison)
 {
-    Fixture peak("bytes", 10, {2048, 10240}, PeakCapture, 2);
-    EXPECT_DOUBLE_EQ(peak.avg(), 2);  // the oldest positive sample wins
-    Fixture plain("number", 0, {3, 9, 4}, PeakCapture, 3);
-    EXPECT_DOUBLE_EQ(plain.avg(), 9);
-    Fixture lull("number", 0, {5, -1, 3, 8}, LullCapture, 4);
-    EXPECT_DOUBLE_EQ(lull.avg(), 3);
-    Fixture one("number", 0, {5, 8}, LullCapture, 1);
-    EXPECT_DOUBLE_EQ(one.avg(), 8);
+    EXPECT_DOUBLE_EQ(Fixture("bytes", 10, {2048, 10240}, PeakCapture, 2).avg(), 2);  // the oldest positive wins
+    EXPECT_DOUBLE_EQ(Fixture("number", 0, {3, 9, 4}, PeakCapture, 3).avg(), 9);
+    EXPECT_DOUBLE_EQ(Fixture("number", 0, {5, -1, 3, 8}, LullCapture, 4).avg(), 3);
+    EXPECT_DOUBLE_EQ(Fixture("number", 0, {5, 8}, LullCapture, 1).avg(), 8);
 }
 
 TEST(GetAvg, PingTranslationTurnsRoundTripsIntoSpeed)
 {
     Fixture f("bps", 3, {50}, RealTime);
-    f.g.Nodes[0].NodeType = PingType;
-    f.g.Nodes[0].PingTranslate = true;
-    f.g.Nodes[0].PingPacketSize = 100;
+    Node& n = f.g.Nodes[0];
+    n.NodeType = PingType;
+    n.PingTranslate = true;
+    n.PingPacketSize = 100;
     // 1000 / 50 ms * 200 bytes = 4000 bytes a second, 32 Kbps.
     EXPECT_DOUBLE_EQ(f.avg(), 32);
     EXPECT_DOUBLE_EQ(f.avg(0, 0, true, false), 0.4);  // off: 50 bytes/s as Kbps
-    f.g.Nodes[0].Averaging = LullCapture;
+    n.Averaging = LullCapture;
     f.h.addSample(1, 0, "t", 100);
     EXPECT_EQ(f.avg(), 0);  // a failed echo zeroes the lull
-    f.g.Nodes[0].Averaging = PeakCapture;
+    n.Averaging = PeakCapture;
     EXPECT_DOUBLE_EQ(f.avg(), 32);
 }

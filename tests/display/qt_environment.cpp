@@ -4,20 +4,18 @@
 
 namespace {
 
-class QtEnvironment : public ::testing::Environment {
-public:
+struct QtEnvironment : ::testing::Environment {
+    int argc = 1;
+    char name[13] = "display_test";
+    char* argv[2] = {name, nullptr};
+    QGuiApplication* app = nullptr;
     void SetUp() override
     {
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int argc = 1;
-        static char name[] = "display_test";
-        static char* argv[] = {name, nullptr};
-        if (!QGuiApplication::instance())
-            app_ = new QGuiApplication(argc, argv);
+        app = new QGuiApplication(argc, argv);
     }
-    void TearDown() override { delete app_; }
-    QGuiApplication* app_ = nullptr;
+    void TearDown() override { delete app; }
 };
 
 const auto* registered = ::testing::AddGlobalTestEnvironment(new QtEnvironment);

@@ -7,12 +7,11 @@ using namespace orm;
 
 namespace {
 
-const QString Date = QStringLiteral("2026-03-05");
-const QString Time = QStringLiteral("09:07:41");
+const QString Start = QStringLiteral("2026-03-05,09:07:41,1000,0");
 
-LogLine build(const LogFlags& f, const LogInputs& in, QChar sep = QLatin1Char(','))
+LogLine build(const LogFlags& f, const LogInputs& in)
 {
-    return buildLogLine(f, in, Date, Time, sep);
+    return buildLogLine(f, in, QStringLiteral("2026-03-05"), QStringLiteral("09:07:41"), QLatin1Char(','));
 }
 
 Node loggedNode(int type)
@@ -23,26 +22,25 @@ Node loggedNode(int type)
     return n;
 }
 
-Graph graphOf(std::vector<Node> nodes, qint32 ticksToSample = 0)
+Graph graphOf(std::vector<Node> nodes)
 {
     Graph g;
     g.Nodes = std::move(nodes);
-    g.TicksToSample = ticksToSample;
     return g;
 }
 
 }  // namespace
 
-TEST(LogLine, GroupsComeInTableOrder)
+TEST(LogLine, GroupsInTableOrderWithTheirNumberForms)
 {
     LogFlags f;
     f.logAdapters = f.logMemory = f.logCPU = f.logProcesses = f.logBattery = f.logWifi = true;
     f.logDrives = {false, true};
     LogInputs in;
-    in.SampleLength = 1002;
-    in.SysTmr = 5000;
+    in.SampleLength = 1e15;
+    in.SysTmr = -2147483000;  // a tick count past 24.8 days turns negative
     in.adapters = {{10, 20, 1, 2}, {30, 40, 0, 0}};
-    in.memory = {8e9, 16e9, 2e9, 4e9, 12e9, 1.5e9};
+    in.memory = {0.5, 1000, 123456789012345.0, 1e-5, 2.25, 0};
     in.battery = 87;
     in.cpu = {12, 7};
     in.wifi = {{QStringLiteral("My Home, Net"), 66}};
@@ -58,45 +56,25 @@ TEST(LogLine, GroupsComeInTableOrder)
               "BATTERY,CPU0,CPU1,WIFI_MyHomeNet,"
               "DISK_FREE_/home,DISK_R_/home,DISK_W_/home,PROCS");
     EXPECT_EQ(l.values,
-              "2026-03-05,09:07:41,1002,5000,10,20,1,2,30,40,0,0,"
-              "8000000000,16000000000,2000000000,4000000000,12000000000,1500000000,"
-              "87,12,7,66,4096,512,0,211");
-}
+              "2026-03-05,09:07:41,1E+15,-2147483000,10,20,1,2,30,40,0,0,"
+              "0.5,1000,123456789012345,1E-05,2.25,0,87,12,7,66,4096,512,0,211");
 
-TEST(LogLine, EmptyTablesAndUnsetFlagsGiveNoColumns)
-{
-    LogFlags f;
-    f.logAdapters = f.logWifi = f.logCPU = true;  // tables empty: nothing, no fault
-    f.logDrives = {true, true, true};             // more flags than drive rows
-    LogInputs in;
+    // Empty tables give no columns; more drive flags than rows is no fault.
+    LogFlags g;
+    g.logAdapters = g.logWifi = g.logCPU = true;
+    g.logDrives = {true, true, true};
+    in = LogInputs{};
     in.drives = {{QStringLiteral("/"), 1, 2, 3}};
-    in.battery = 50;         // flag off: not written
-    in.processUpperBound = 9;  // flag off: not written
-    const LogLine l = build(f, in);
-    EXPECT_EQ(l.fields, "#Fields: DATE,TIME,SAMPLE_LENGTH_MILLI_S,SYS_TMR,DISK_FREE_/,DISK_R_/,DISK_W_/");
-    EXPECT_EQ(l.values, "2026-03-05,09:07:41,1000,0,1,2,3");
-}
-
-TEST(LogLine, NumberForms)
-{
-    LogFlags f;
-    f.logMemory = true;
-    LogInputs in;
-    in.SampleLength = 1e15;
-    in.SysTmr = -2147483000;  // GetTickCount-like value past 24.8 days turns negative
-    in.memory = {0.5, 1000, 123456789012345.0, 1e-5, 2.25, 0};
-    const LogLine l = build(f, in);
-    EXPECT_EQ(l.values, "2026-03-05,09:07:41,1E+15,-2147483000,0.5,1000,123456789012345,1E-05,2.25,0");
+    in.battery = 50, in.processUpperBound = 9;  // flags off: not written
+    EXPECT_EQ(build(g, in).fields, "#Fields: DATE,TIME,SAMPLE_LENGTH_MILLI_S,SYS_TMR,DISK_FREE_/,DISK_R_/,DISK_W_/");
+    EXPECT_EQ(build(g, in).values, Start + ",1,2,3");
 }
 
 TEST(LogLine, NodeColumnsByType)
 {
     Node web = loggedNode(WebsiteType);
     web.DownloadURL = QStringLiteral("http://ex ample.com/a,b c");
-    web.Bandwidth = 812.25;
-    web.ResponseTime = 340;
-    web.ConnectTime = 41;
-    web.ErrorCount = 2;
+    web.Bandwidth = 812.25, web.ResponseTime = 340, web.ConnectTime = 41, web.ErrorCount = 2;
     Node slave = loggedNode(WebsiteType);
     slave.WebsiteMaster = false;
     Node lan = loggedNode(LanType);
@@ -104,29 +82,21 @@ TEST(LogLine, NodeColumnsByType)
     lan.Bandwidth = 1e15;
     Node ping = loggedNode(PingType);
     ping.PingIP = QStringLiteral("Local Host,1");  // used as typed
-    ping.PingPacketSize = 1472;
-    ping.PingState4 = 3;
+    ping.PingPacketSize = 1472, ping.PingState4 = 3;
     Node speed = loggedNode(SpeedTestType);
     speed.Bandwidth = 0.5;
-    Node proc = loggedNode(ProcessType);
-    proc.ProcessMonitoring = QStringLiteral("my app.exe");  // no cleaning
-    proc.ProcessIndex = 1;
-    Node cpu = loggedNode(CpuType);        // reaches the log by its group
-    Node err = loggedNode(UpDnErrType);    // never logged
     Node quiet = loggedNode(PingType);
     quiet.LogData = false;
-
-    std::vector<Graph> sensors{graphOf({web, slave, lan, cpu, err, quiet}), graphOf({ping, speed, proc})};
     Graph replay = graphOf({loggedNode(PingType)});
     replay.LogGraph = true;
-    sensors.insert(sensors.begin(), replay);
+    // CPU reaches the log by its group; up/down errors never.
+    std::vector<Graph> sensors{replay, graphOf({web, slave, lan, loggedNode(CpuType), loggedNode(UpDnErrType), quiet}),
+                               graphOf({ping, speed})};
 
     LogFlags f;
     f.logWebsite = true;
     LogInputs in;
     in.sensors = &sensors;
-    in.processMemory = {1, 52428800};
-
     const LogLine l = build(f, in);
     EXPECT_EQ(l.fields,
               "#Fields: DATE,TIME,SAMPLE_LENGTH_MILLI_S,SYS_TMR,"
@@ -134,67 +104,43 @@ TEST(LogLine, NodeColumnsByType)
               "RCONNECTTIME_HTTP://EXAMPLE.COM/ABC,RERROR_HTTP://EXAMPLE.COM/ABC,"
               "RESULT_//SERVER/SHARE/FILE.BIN,"
               "PING_SIZE_Local Host,1,PING_RTT_Local Host,1,"
-              "RESULTSERVER_DOWNLOAD,my app.exe");
-    EXPECT_EQ(l.values, "2026-03-05,09:07:41,1000,0,812.25,340,41,2,1E+15,1472,3,0.5,52428800");
-}
+              "RESULTSERVER_DOWNLOAD");
+    EXPECT_EQ(l.values, Start + ",812.25,340,41,2,1E+15,1472,3,0.5");
 
-TEST(LogLine, NodeColumnsOnlyWhenANodeFlagIsSet)
-{
-    Node ping = loggedNode(PingType);
-    ping.PingIP = QStringLiteral("127.0.0.1");
-    std::vector<Graph> sensors{graphOf({ping})};
-    LogInputs in;
-    in.sensors = &sensors;
-
-    LogFlags f;
-    f.logMemory = f.logBattery = f.logProcesses = f.logWifi = f.logCPU = f.logAdapters = true;
-    EXPECT_EQ(build(f, in).fields.count(QStringLiteral("PING_")), 0);
-    for (bool LogFlags::*flag : {&LogFlags::logProcess, &LogFlags::logPing, &LogFlags::logWebsite,
-                                 &LogFlags::logTestDownload}) {
+    // Any one of the four Node flags brings all Node columns; the group flags none.
+    std::vector<Graph> one{graphOf({ping})};
+    in.sensors = &one;
+    LogFlags groups;
+    groups.logMemory = groups.logBattery = groups.logProcesses = groups.logCPU = true;
+    EXPECT_EQ(build(groups, in).fields.count(QStringLiteral("PING_")), 0);
+    for (bool LogFlags::*flag : {&LogFlags::logProcess, &LogFlags::logPing, &LogFlags::logTestDownload}) {
         LogFlags g;
         g.*flag = true;
-        EXPECT_TRUE(build(g, in).fields.endsWith(",PING_SIZE_127.0.0.1,PING_RTT_127.0.0.1"));
+        EXPECT_TRUE(build(g, in).fields.endsWith(",PING_RTT_Local Host,1"));
     }
-}
-
-TEST(LogLine, SameNamesRepeatAndNotDueGraphsGiveDashes)
-{
-    Node a = loggedNode(WebsiteType);
-    a.DownloadURL = QStringLiteral("http://a");
-    Node b = a;
-    Node p1 = loggedNode(PingType);
-    p1.PingIP = QStringLiteral("::1");
-    p1.PingState4 = 9;
-    Node p2 = p1;
-    std::vector<Graph> sensors{graphOf({a, b}, 2), graphOf({p1, p2}, 0)};
-    LogFlags f;
-    f.logPing = true;
-    LogInputs in;
-    in.sensors = &sensors;
-    const LogLine l = build(f, in);
-    EXPECT_EQ(l.fields.count(QStringLiteral(",RESULT_HTTP://A,")), 2);
-    EXPECT_EQ(l.fields.count(QStringLiteral(",PING_RTT_::1")), 2);
-    EXPECT_EQ(l.values, "2026-03-05,09:07:41,1000,0,-,-,-,-,-,-,-,-,100,9,100,9");
 }
 
 TEST(LogLine, ProcessBeyondTheTableHasNoColumn)
 {
     Node proc = loggedNode(ProcessType);
-    proc.ProcessMonitoring = QStringLiteral("bash");
-    std::vector<Graph> sensors{graphOf({proc})};
+    proc.ProcessMonitoring = QStringLiteral("my app.exe");  // no cleaning
+    proc.ProcessIndex = 1;
+    std::vector<Graph> sensors{graphOf({proc, proc})};
     LogFlags f;
     f.logProcess = true;
     LogInputs in;
     in.sensors = &sensors;
-    const QString base = QStringLiteral("#Fields: DATE,TIME,SAMPLE_LENGTH_MILLI_S,SYS_TMR");
-
-    in.processMemory = {};  // the table is empty
-    EXPECT_EQ(build(f, in).fields, base);
+    in.processMemory = {1, 4096};
+    // Any LogType but 0 separates by blanks; a name may repeat.
+    const LogLine l = buildLogLine(f, in, "d", "t", QLatin1Char(' '));
+    EXPECT_EQ(l.fields, "#Fields: DATE TIME SAMPLE_LENGTH_MILLI_S SYS_TMR my app.exe my app.exe");
+    EXPECT_EQ(l.values, "d t 1000 0 4096 4096");
+    in.processMemory = {1};  // the process ended
+    EXPECT_EQ(build(f, in).values, Start);
     sensors[0].Nodes[0].ProcessIndex = -1;
-    in.processMemory = {4096};
-    EXPECT_EQ(build(f, in).fields, base);
-    sensors[0].Nodes[0].ProcessIndex = 0;
-    EXPECT_EQ(build(f, in).fields, base + QStringLiteral(",bash"));
+    in.processMemory = {};
+    EXPECT_EQ(build(f, in).values, Start);
+    in.processMemory = {7, 8};
     sensors[0].TicksToSample = 1;  // not due: the column stays, the value is "-"
-    EXPECT_EQ(build(f, in).values, "2026-03-05,09:07:41,1000,0,-");
+    EXPECT_EQ(build(f, in).values, Start + ",-");
 }

@@ -1,0 +1,196 @@
+#include "desktop.h"
+
+#include "core/monitor.h"
+#include "core/monitor_loop.h"
+#include "core/settings_store.h"
+#include "core/version.h"
+#include "display/displayed_graph.h"
+#include "shell/control_panel.h"
+#include "shell/graph_menu.h"
+#include "shell/graph_window.h"
+#include "shell/program_tray.h"
+#include "shell/splash.h"
+#include "shell/tray_graphs.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <cstdio>
+
+namespace orm {
+
+namespace {
+
+// What the tray menu and the graph menu do to the model and the windows.
+class DesktopActions final : public TrayMenuActions, public GraphMenuActions {
+public:
+    DesktopActions(Monitor& monitor, ControlPanel& panel) : monitor_(monitor), panel_(panel) {}
+
+    void showMain() override
+    {
+        panel_.show();
+        panel_.raise();
+        panel_.activateWindow();
+    }
+    void showAlerts() override {}  // the Alerts come with their own window
+    void showAllHiddenGraphs() override
+    {
+        for (Graph& g : monitor_.Sensors)
+            g.Visible = true;
+        monitor_.SaveSettings();
+    }
+    void toggleStartInSystray() override { flip(monitor_.Settings.StartInSystray); }
+    void toggleRunAtStartup() override { flip(monitor_.Settings.AutoStart); }
+    void toggleDisplayToolTips() override { flip(monitor_.Settings.DisplayToolTips); }
+    void toggleShowDataTypeErrors() override { flip(monitor_.Settings.ShowDataTypeErrors); }
+    void about() override
+    {
+        QMessageBox::about(&panel_, QStringLiteral("About ") + QLatin1String(ProductName),
+                           QLatin1String(ProductName) + QStringLiteral(" ") + QStringLiteral(ORMIVANE_VERSION) +
+                               QStringLiteral("\n") + QLatin1String(CompanyName));
+    }
+    void exit() override { monitor_.Closing = true; }
+
+    // The graph menu.
+    void RedrawGraph(int graph) override
+    {
+        if (auto* w = window(graph)) {
+            if (auto* p = picture(graph)) {
+                p->InitDraw();
+                p->RedrawGraph();
+            }
+            w->refresh();
+        }
+    }
+    void ToggleCrossHair(int graph) override
+    {
+        if (valid(graph))
+            flip(monitor_.Sensors[size_t(graph)].DisableCrossHair);
+    }
+    void ToggleAlwaysOnTop(int graph) override
+    {
+        if (!valid(graph))
+            return;
+        Graph& g = monitor_.Sensors[size_t(graph)];
+        flip(g.TopMost);
+        if (auto* w = window(graph)) {
+            w->setWindowFlag(Qt::WindowStaysOnTopHint, g.TopMost);
+            w->OpenGraph(1);
+        }
+    }
+    void HideGraph(int graph) override
+    {
+        if (!valid(graph))
+            return;
+        monitor_.Sensors[size_t(graph)].Visible = false;
+        if (auto* w = window(graph))
+            w->hide();
+        monitor_.SaveSettings();
+    }
+    void AboutOrmivane() override { about(); }
+
+    std::vector<std::unique_ptr<GraphWindow>> windows;
+
+private:
+    bool valid(int graph) const { return graph >= 0 && size_t(graph) < monitor_.Sensors.size(); }
+    GraphWindow* window(int graph) const
+    {
+        return graph >= 0 && size_t(graph) < windows.size() ? windows[size_t(graph)].get() : nullptr;
+    }
+    DisplayedGraph* picture(int graph) const
+    {
+        return graph >= 0 && size_t(graph) < monitor_.GraphForms.size()
+                   ? dynamic_cast<DisplayedGraph*>(monitor_.GraphForms[size_t(graph)].get())
+                   : nullptr;
+    }
+
+    void flip(bool& setting)
+    {
+        setting = !setting;
+        monitor_.SaveSettings();
+    }
+    Monitor& monitor_;
+    ControlPanel& panel_;
+};
+
+}  // namespace
+
+int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks)
+{
+    // Sub Main: a panel that starts in the tray is loaded hidden.
+    const bool startInSystray = readFlag(store, SettingsKey, QStringLiteral("StartInSystray"), false);
+
+    SplashWindow splash;
+    splash.showSplash();
+    monitor.onSplash = [&splash](const QString& text) { splash.setStatus(text); };
+    const bool started = monitor.startUp();
+    monitor.onSplash = nullptr;
+    splash.closeSplash();
+    if (!started) {
+        std::fprintf(stderr, "%s\n", qPrintable(monitor.startError()));
+        QMessageBox::warning(nullptr, QLatin1String(ProductName), monitor.startError());
+        return 3;
+    }
+
+    ControlPanel panel(monitor);
+    DesktopActions actions(monitor, panel);
+    ProgramTray tray(monitor.Settings, actions);
+    TrayGraphs trayGraphs(monitor.Sensors, monitor.GraphForms, tray.menu(), programIcon());
+    // With no tray host the panel is the only way in: it shows whatever the setting says.
+    if (!startInSystray || !ProgramTray::available())
+        panel.show();
+    for (const Notice& n : monitor.notices)
+        if (!tray.ShowTrayMessage(n.title, n.text))
+            std::printf("%s: %s\n", qPrintable(n.title), qPrintable(QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' '))));
+    monitor.notices.clear();
+    QObject::connect(&panel, &ControlPanel::hiddenToTray, &tray,
+                     [&] { tray.ShowTrayMessage(systrayIconNoticeTitle(), systrayIconNoticeText()); });
+    trayGraphs.update();
+
+    // One window per Graph, showing the picture its view draws.
+    for (size_t i = 0; i < monitor.GraphForms.size(); ++i) {
+        auto* picture = dynamic_cast<DisplayedGraph*>(monitor.GraphForms[i].get());
+        if (!picture)
+            continue;
+        actions.windows.resize(i + 1);
+        auto w = std::make_unique<GraphWindow>(monitor, int(i), picture);
+        w->setWindowTitle(monitor.Sensors[i].Name);  // what the window list and the task bar show
+        w->setSaveCallback([&monitor] { monitor.SaveSettings(); });
+        w->setMenuActions(&actions);
+        w->OpenGraph();
+        actions.windows[i] = std::move(w);
+    }
+    // The windows go before the views they show.
+    auto previousUnload = monitor.onUnload;
+    monitor.onUnload = [&, previousUnload] {
+        if (previousUnload)
+            previousUnload();
+        actions.windows.clear();
+        trayGraphs.clear();
+    };
+
+    MonitorLoop loop(monitor, maxTicks);
+    loop.watchStopSignals();
+    int status = 0;
+    QObject::connect(&loop, &MonitorLoop::ticked, &panel, [&] {
+        panel.afterTick();
+        for (auto& w : actions.windows)
+            if (w)
+                w->refresh();
+        trayGraphs.update();
+    });
+    QObject::connect(&loop, &MonitorLoop::finished, qApp, [&](int s) {
+        status = s;
+        panel.allowClose();
+        panel.close();
+        QApplication::quit();
+    });
+    loop.start();
+    QApplication::exec();
+    if (!monitor.fatalError.isEmpty()) {
+        std::fprintf(stderr, "ormivane: %s\n", qPrintable(monitor.fatalError));
+        QMessageBox::critical(nullptr, QLatin1String(ProductName), monitor.fatalError);
+    }
+    return status;
+}
+
+}  // namespace orm

@@ -1,0 +1,81 @@
+#include "shell/graph_menu.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace orm {
+
+std::vector<GraphMenuEntry> graphMenuEntries()
+{
+    // Printing and the Alerts window are not part of this program yet: shown, greyed.
+    return {
+        {RedrawGraphId, QStringLiteral("&Redraw Graph"), true, false},
+        {PrintGraphId, QStringLiteral("&Print Graph"), false, false},
+        {0, {}, true, false},
+        {ShowAlertsId, QStringLiteral("Show &Alerts"), false, false},
+        {0, {}, true, false},
+        {CrossHairId, QStringLiteral("&Cross-Hair"), true, true},
+        {0, {}, true, false},
+        {AlwaysOnTopId, QStringLiteral("Always On &Top"), true, true},
+        {HideGraphId, QStringLiteral("&Hide Graph"), true, false},
+        {0, {}, true, false},
+        {AboutOrmivaneId, QStringLiteral("About Ormivane"), true, false},
+    };
+}
+
+QMenu* makeGraphMenu(QWidget* parent)
+{
+    auto* menu = new QMenu(parent);
+    for (const GraphMenuEntry& e : graphMenuEntries()) {
+        if (e.id == 0) {
+            menu->addSeparator();
+            continue;
+        }
+        QAction* a = menu->addAction(e.text);
+        a->setData(e.id);
+        a->setEnabled(e.enabled);
+        a->setCheckable(e.checkable);
+    }
+    return menu;
+}
+
+QAction* graphMenuAction(const QMenu& menu, int id)
+{
+    for (QAction* a : menu.actions())
+        if (!a->isSeparator() && a->data().toInt() == id)
+            return a;
+    return nullptr;
+}
+
+void refreshGraphMenu(QMenu& menu, const Graph& graph)
+{
+    if (QAction* a = graphMenuAction(menu, CrossHairId))
+        a->setChecked(!graph.DisableCrossHair);
+    if (QAction* a = graphMenuAction(menu, AlwaysOnTopId))
+        a->setChecked(graph.TopMost);
+}
+
+void actOnGraphMenu(int id, int graph, GraphMenuActions& actions)
+{
+    switch (id) {
+    case RedrawGraphId:
+        actions.RedrawGraph(graph);
+        break;
+    case CrossHairId:
+        actions.ToggleCrossHair(graph);
+        break;
+    case AlwaysOnTopId:
+        actions.ToggleAlwaysOnTop(graph);
+        break;
+    case HideGraphId:
+        actions.HideGraph(graph);
+        break;
+    case AboutOrmivaneId:
+        actions.AboutOrmivane();
+        break;
+    default:  // dismissed, or Print Graph and Show Alerts, which stay greyed
+        break;
+    }
+}
+
+}  // namespace orm
