@@ -506,6 +506,15 @@ void GraphWindow::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     placeLabels();
+    // A size that came from the window system (not the grip): rebuild the picture for it and keep it.
+    if (isVisible() && !resizing_ && !opening_ && picture_ &&
+        (width() != picture_->windowWidth() || height() != picture_->windowHeight())) {
+        picture_->resizeWindow(width(), height());
+        if (graph() && graph()->Transparent)
+            MakeClear();
+        storeRectangle();
+        update();
+    }
 }
 
 QMenu* GraphWindow::graphMenu()

@@ -104,6 +104,19 @@ TEST_F(Desktop, FirstStartDrawsAndCloseNowEndsIt)
             line = graph.pixelColor(x, y) == QColor(0, 0, 255);
     EXPECT_TRUE(line);
 
+    // Moving and resizing the window stores its new rectangle in the settings file.
+    run(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), win, QStringLiteral("300"), QStringLiteral("420")});
+    run(QStringLiteral("xdotool"), {QStringLiteral("windowsize"), win, QStringLiteral("600"), QStringLiteral("200")});
+    EXPECT_TRUE(waitFor(
+        [&] {
+            QSettings s(r.config, QSettings::IniFormat);
+            return s.value(QStringLiteral("Settings/Sensor1/LocX")).toInt() == 300 &&
+                   s.value(QStringLiteral("Settings/Sensor1/LocY")).toInt() == 420 &&
+                   s.value(QStringLiteral("Settings/Sensor1/LocWidth")).toInt() == 600 &&
+                   s.value(QStringLiteral("Settings/Sensor1/LocHeight")).toInt() == 200;
+        },
+        3000));
+
     // A second start is refused and leaves the first running.
     QProcess second;
     QProcessEnvironment env = r.process.processEnvironment();
