@@ -62,12 +62,10 @@ void Monitor::AddSensor(bool logGraph)
 
 bool Monitor::CloseTimer()
 {
+    // Another program may have written the stop signal into the file. (The product's name
+    // has no blanks: the key under the name without blanks is this same key.)
     store_.reload();
-    const QString compact = QString::fromLatin1(ProductName).remove(QLatin1Char(' '));
-    const bool closeNow =
-        parseBool(store_.readValue(QStringLiteral("Settings"), QStringLiteral("CloseNow"), QStringLiteral("False")))
-            .value_or(false);
-    Q_UNUSED(compact);  // the product name has no blanks: both keys are the same
+    const bool closeNow = readFlag(store_, SettingsKey, QStringLiteral("CloseNow"), false);
     if (closeNow)
         Closing = true;
     return Closing;

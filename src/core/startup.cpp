@@ -7,7 +7,6 @@
 #include "core/version.h"
 
 #include <QDir>
-#include <QRandomGenerator>
 
 namespace orm {
 
@@ -29,9 +28,8 @@ bool Monitor::startUp()
         return false;
     }
 
-    // 3. A stop signal left from an earlier session must not close this one.
-    const QString compact = QString::fromLatin1(ProductName).remove(QLatin1Char(' '));
-    Q_UNUSED(compact);
+    // 3. A stop signal left from an earlier session must not close this one. (The product's
+    // name has no blanks, so the second key the name without blanks would give is this one.)
     store_.deleteValue(SettingsKey, QStringLiteral("CloseNow"));
     store_.sync();
 
@@ -55,11 +53,10 @@ bool Monitor::startUp()
     Settings.wmi = true;
 
     // 8.
-    Settings.XLoc = qint32(leadingNumber(store_.readValue(SettingsKey, QStringLiteral("XLoc"), QStringLiteral("0"))));
-    Settings.YLoc = qint32(leadingNumber(store_.readValue(SettingsKey, QStringLiteral("YLoc"), QStringLiteral("0"))));
+    Settings.XLoc = readInt(store_, SettingsKey, QStringLiteral("XLoc"), 0);
+    Settings.YLoc = readInt(store_, SettingsKey, QStringLiteral("YLoc"), 0);
 
-    // 9. The pen table is fixed; the random source is seeded once.
-    QRandomGenerator::global()->generate();
+    // 9. The pen table is a constant (model.cpp); Qt's random source seeds itself.
 
     // 12. to 16.
     splash(QStringLiteral("Adaptor info...."));

@@ -2,22 +2,16 @@
 #include <QGuiApplication>
 #include <gtest/gtest.h>
 
-namespace {
-
 struct QtEnvironment : ::testing::Environment {
-    int argc = 1;
-    char name[13] = "display_test";
-    char* argv[2] = {name, nullptr};
     QGuiApplication* app = nullptr;
     void SetUp() override
     {
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        static int argc = 1;
+        static char name[] = "display_test", *argv[] = {name, nullptr};
         app = new QGuiApplication(argc, argv);
     }
     void TearDown() override { delete app; }
 };
 
-const auto* registered = ::testing::AddGlobalTestEnvironment(new QtEnvironment);
-
-}  // namespace
+static const auto* const registered = ::testing::AddGlobalTestEnvironment(new QtEnvironment);
