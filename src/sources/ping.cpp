@@ -3,6 +3,8 @@
 #include <QTimer>
 
 #include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <algorithm>
 #include <climits>
 
@@ -40,6 +42,11 @@ qint32 pingTimeoutFor(qint32 sampleEverySeconds)
 PingService::PingService(QObject* parent)
     : PingService([] { return std::make_unique<IcmpSocket>(); }, parent)
 {
+    stampHolder_ = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (stampHolder_ >= 0) {
+        const int on = 1;
+        ::setsockopt(stampHolder_, SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
+    }
 }
 
 PingService::PingService(EchoSocketFactory factory, QObject* parent)
@@ -47,7 +54,11 @@ PingService::PingService(EchoSocketFactory factory, QObject* parent)
 {
 }
 
-PingService::~PingService() = default;
+PingService::~PingService()
+{
+    if (stampHolder_ >= 0)
+        ::close(stampHolder_);
+}
 
 PingService::Channel* PingService::current(const Node& node) const
 {

@@ -100,6 +100,10 @@ private:
     void notify(qint32 id, qint32 serial);
 
     EchoSocketFactory factory_;
+    // The kernel stamps arriving packets only once some socket has asked for stamps, and
+    // switches that on a moment after the first asks: one socket holds it on from the start,
+    // so that even the first echo's round trip is the kernel's and not the event loop's.
+    int stampHolder_ = -1;
     // Node-based map: a channel and its reply buffer never move while they live.
     std::map<qint32, std::unique_ptr<Channel>> channels_;
 };

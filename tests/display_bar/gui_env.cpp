@@ -2,26 +2,16 @@
 #include <QGuiApplication>
 #include <gtest/gtest.h>
 
-namespace {
-
-class GuiEnvironment : public ::testing::Environment {
-public:
+struct GuiEnvironment : ::testing::Environment {
+    QGuiApplication* app = nullptr;
     void SetUp() override
     {
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        if (!QGuiApplication::instance())
-            app_ = new QGuiApplication(argc_, argv_);
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        static int argc = 1;
+        static char name[] = "display", *argv[] = {name, nullptr};
+        app = new QGuiApplication(argc, argv);
     }
-    void TearDown() override { delete app_; }
-
-private:
-    int argc_ = 1;
-    char name_[8] = "display";
-    char* argv_[2] = {name_, nullptr};
-    QGuiApplication* app_ = nullptr;
+    void TearDown() override { delete app; }
 };
 
-const auto* const env = ::testing::AddGlobalTestEnvironment(new GuiEnvironment);
-
-}  // namespace
+static const auto* const registered = ::testing::AddGlobalTestEnvironment(new GuiEnvironment);
