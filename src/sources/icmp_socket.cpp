@@ -270,19 +270,27 @@ void IcmpSocket::finish(const EchoReply& reply)
         done(reply);  // may destroy this object: touch nothing after it
 }
 
+// A receive of one datagram into `iov`, with room for the sender's address and
+// the control messages (stamps, queued errors).
+static msghdr receiveHeader(sockaddr_in& from, iovec& iov, char* control, size_t controlSize)
+{
+    msghdr msg{};
+    msg.msg_name = &from;
+    msg.msg_namelen = sizeof from;
+    msg.msg_iov = &iov;
+    msg.msg_iovlen = 1;
+    msg.msg_control = control;
+    msg.msg_controllen = controlSize;
+    return msg;
+}
+
 bool IcmpSocket::readErrorQueue()
 {
     for (;;) {
         sockaddr_in offender{};
         alignas(cmsghdr) char control[512];
         iovec iov{buffer_.data(), buffer_.size()};
-        msghdr msg{};
-        msg.msg_name = &offender;
-        msg.msg_namelen = sizeof offender;
-        msg.msg_iov = &iov;
-        msg.msg_iovlen = 1;
-        msg.msg_control = control;
-        msg.msg_controllen = sizeof control;
+        msghdr msg = receiveHeader(offender, iov, control, sizeof control);
         // The socket carries one echo, so whatever is queued is about it.
         if (::recvmsg(fd_, &msg, MSG_ERRQUEUE | MSG_DONTWAIT) < 0)
             return false;
@@ -335,13 +343,7 @@ void IcmpSocket::readable()
         sockaddr_in from{};
         alignas(cmsghdr) char control[256];
         iovec iov{buffer_.data(), buffer_.size()};
-        msghdr msg{};
-        msg.msg_name = &from;
-        msg.msg_namelen = sizeof from;
-        msg.msg_iov = &iov;
-        msg.msg_iovlen = 1;
-        msg.msg_control = control;
-        msg.msg_controllen = sizeof control;
+        msghdr msg = receiveHeader(from, iov, control, sizeof control);
         const ssize_t n = ::recvmsg(fd_, &msg, 0);
         if (n < 0) {
             if (errno == EINTR)
