@@ -1,4 +1,5 @@
 #include "shell/graph_menu.h"
+#include "shell/menu_entries.h"
 
 #include <QAction>
 #include <QMenu>
@@ -26,25 +27,14 @@ std::vector<GraphMenuEntry> graphMenuEntries()
 QMenu* makeGraphMenu(QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    for (const GraphMenuEntry& e : graphMenuEntries()) {
-        if (e.id == 0) {
-            menu->addSeparator();
-            continue;
-        }
-        QAction* a = menu->addAction(e.text);
-        a->setData(e.id);
-        a->setEnabled(e.enabled);
-        a->setCheckable(e.checkable);
-    }
+    for (const GraphMenuEntry& e : graphMenuEntries())
+        addMenuEntry(*menu, e.id, e.text, e.enabled, e.checkable);
     return menu;
 }
 
 QAction* graphMenuAction(const QMenu& menu, int id)
 {
-    for (QAction* a : menu.actions())
-        if (!a->isSeparator() && a->data().toInt() == id)
-            return a;
-    return nullptr;
+    return menuActionWithId(menu, id);
 }
 
 void refreshGraphMenu(QMenu& menu, const Graph& graph)

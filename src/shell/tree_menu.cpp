@@ -1,4 +1,5 @@
 #include "shell/tree_menu.h"
+#include "shell/menu_entries.h"
 
 #include <QAction>
 #include <QMenu>
@@ -71,24 +72,14 @@ std::vector<TreeMenuEntry> treeMenuEntries(const std::vector<Graph>& graphs, int
 QMenu* makeTreeMenu(QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    for (const TreeMenuEntry& e : treeMenuEntries({}, -1, -1)) {
-        if (e.id == 0) {
-            menu->addSeparator();
-            continue;
-        }
-        QAction* a = menu->addAction(e.text);
-        a->setData(e.id);
-        a->setEnabled(e.enabled);
-    }
+    for (const TreeMenuEntry& e : treeMenuEntries({}, -1, -1))
+        addMenuEntry(*menu, e.id, e.text, e.enabled);
     return menu;
 }
 
 QAction* treeMenuAction(const QMenu& menu, int id)
 {
-    for (QAction* a : menu.actions())
-        if (!a->isSeparator() && a->data().toInt() == id)
-            return a;
-    return nullptr;
+    return menuActionWithId(menu, id);
 }
 
 void refreshTreeMenu(QMenu& menu, const std::vector<Graph>& graphs, int graph, int node)
