@@ -8,6 +8,8 @@
 #include "shell/control_panel.h"
 #include "shell/graph_menu.h"
 #include "shell/graph_window.h"
+#include "shell/graph_windows.h"
+#include "shell/message_dialog.h"
 #include "shell/program_tray.h"
 #include "shell/splash.h"
 #include "shell/tray_graphs.h"
@@ -23,13 +25,14 @@ namespace {
 // What the tray menu and the graph menu do to the model and the windows.
 class DesktopActions final : public TrayMenuActions, public GraphMenuActions {
 public:
-    DesktopActions(Monitor& monitor, ControlPanel& panel) : monitor_(monitor), panel_(panel) {}
+    DesktopActions(Monitor& monitor, GraphWindows& windows) : monitor_(monitor), windows_(windows) {}
+    void setPanel(ControlPanel* panel) { panel_ = panel; }
 
     void showMain() override
     {
-        panel_.show();
-        panel_.raise();
-        panel_.activateWindow();
+        panel_->show();
+        panel_->raise();
+        panel_->activateWindow();
     }
     void showAlerts() override {}  // the Alerts come with their own window
     void showAllHiddenGraphs() override
@@ -37,14 +40,20 @@ public:
         for (Graph& g : monitor_.Sensors)
             g.Visible = true;
         monitor_.SaveSettings();
+        for (int i = 0; i < int(monitor_.Sensors.size()); ++i)
+            windows_.visibilityChanged(i);
     }
     void toggleStartInSystray() override { flip(monitor_.Settings.StartInSystray); }
     void toggleRunAtStartup() override { flip(monitor_.Settings.AutoStart); }
-    void toggleDisplayToolTips() override { flip(monitor_.Settings.DisplayToolTips); }
+    void toggleDisplayToolTips() override
+    {
+        flip(monitor_.Settings.DisplayToolTips);
+        panel_->InitToolTips();
+    }
     void toggleShowDataTypeErrors() override { flip(monitor_.Settings.ShowDataTypeErrors); }
     void about() override
     {
-        QMessageBox::about(&panel_, QStringLiteral("About ") + QLatin1String(ProductName),
+        QMessageBox::about(panel_, QStringLiteral("About ") + QLatin1String(ProductName),
                            QLatin1String(ProductName) + QStringLiteral(" ") + QStringLiteral(ORMIVANE_VERSION) +
                                QStringLiteral("\n") + QLatin1String(CompanyName));
     }
@@ -53,13 +62,12 @@ public:
     // The graph menu.
     void RedrawGraph(int graph) override
     {
-        if (auto* w = window(graph)) {
-            if (auto* p = picture(graph)) {
-                p->InitDraw();
-                p->RedrawGraph();
-            }
-            w->refresh();
+        if (auto* p = windows_.picture(graph)) {
+            p->InitDraw();
+            p->RedrawGraph();
         }
+        if (auto* w = windows_.window(graph))
+            w->refresh();
     }
     void ToggleCrossHair(int graph) override
     {
@@ -72,36 +80,20 @@ public:
             return;
         Graph& g = monitor_.Sensors[size_t(graph)];
         flip(g.TopMost);
-        if (auto* w = window(graph)) {
-            w->setWindowFlag(Qt::WindowStaysOnTopHint, g.TopMost);
-            w->OpenGraph(1);
-        }
+        windows_.topMostChanged(graph);
     }
     void HideGraph(int graph) override
     {
         if (!valid(graph))
             return;
         monitor_.Sensors[size_t(graph)].Visible = false;
-        if (auto* w = window(graph))
-            w->hide();
         monitor_.SaveSettings();
+        windows_.visibilityChanged(graph);
     }
     void AboutOrmivane() override { about(); }
 
-    std::vector<std::unique_ptr<GraphWindow>> windows;
-
 private:
     bool valid(int graph) const { return graph >= 0 && size_t(graph) < monitor_.Sensors.size(); }
-    GraphWindow* window(int graph) const
-    {
-        return graph >= 0 && size_t(graph) < windows.size() ? windows[size_t(graph)].get() : nullptr;
-    }
-    DisplayedGraph* picture(int graph) const
-    {
-        return graph >= 0 && size_t(graph) < monitor_.GraphForms.size()
-                   ? dynamic_cast<DisplayedGraph*>(monitor_.GraphForms[size_t(graph)].get())
-                   : nullptr;
-    }
 
     void flip(bool& setting)
     {
@@ -109,7 +101,8 @@ private:
         monitor_.SaveSettings();
     }
     Monitor& monitor_;
-    ControlPanel& panel_;
+    GraphWindows& windows_;
+    ControlPanel* panel_ = nullptr;
 };
 
 }  // namespace
@@ -131,10 +124,16 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks)
         return 3;
     }
 
-    ControlPanel panel(monitor);
-    DesktopActions actions(monitor, panel);
+    GraphWindows windows(monitor);
+    DesktopActions actions(monitor, windows);
+    windows.setMenuActions(&actions);
+    MessageDialog messages;
+    windows.setMessenger([&messages](const QString& text) { messages.ShowMessage(text, false, false, false); });
+    ControlPanel panel(monitor, windows);
+    actions.setPanel(&panel);
     ProgramTray tray(monitor.Settings, actions);
     TrayGraphs trayGraphs(monitor.Sensors, monitor.GraphForms, tray.menu(), programIcon());
+    windows.setTrayGraphs(&trayGraphs);
     // With no tray host the panel is the only way in: it shows whatever the setting says.
     if (!startInSystray || !ProgramTray::available())
         panel.show();
@@ -147,25 +146,15 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks)
     trayGraphs.update();
 
     // One window per Graph, showing the picture its view draws.
-    for (size_t i = 0; i < monitor.GraphForms.size(); ++i) {
-        auto* picture = dynamic_cast<DisplayedGraph*>(monitor.GraphForms[i].get());
-        if (!picture)
-            continue;
-        actions.windows.resize(i + 1);
-        auto w = std::make_unique<GraphWindow>(monitor, int(i), picture);
-        w->setWindowTitle(monitor.Sensors[i].Name);  // what the window list and the task bar show
-        w->setSaveCallback([&monitor] { monitor.SaveSettings(); });
-        w->setMenuActions(&actions);
-        w->OpenGraph();
-        actions.windows[i] = std::move(w);
-    }
+    windows.openAll();
     // The windows go before the views they show.
     auto previousUnload = monitor.onUnload;
     monitor.onUnload = [&, previousUnload] {
         if (previousUnload)
             previousUnload();
-        actions.windows.clear();
+        windows.clear();
         trayGraphs.clear();
+        messages.unload();
     };
 
     MonitorLoop loop(monitor, maxTicks);
@@ -173,9 +162,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks)
     int status = 0;
     QObject::connect(&loop, &MonitorLoop::ticked, &panel, [&] {
         panel.afterTick();
-        for (auto& w : actions.windows)
-            if (w)
-                w->refresh();
+        windows.refreshAll();
         trayGraphs.update();
     });
     QObject::connect(&loop, &MonitorLoop::finished, qApp, [&](int s) {

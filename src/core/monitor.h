@@ -107,6 +107,7 @@ public:
     bool commandLineHas(const QString& word) const;
     const Clock& clock() const { return clock_; }
     SourceSet& sources() { return sources_; }
+    KeyValueStore& store() { return store_; }
     LogWriter& logWriter() { return *logWriter_; }
     QString startError() const { return startError_; }
     QString debugLogPath() const;

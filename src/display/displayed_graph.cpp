@@ -7,7 +7,7 @@
 namespace orm {
 
 DisplayedGraph::DisplayedGraph(std::vector<Graph>& sensors, int index, QString commandLine, QString dataDir)
-    : GraphPicture(sensors, index, std::move(commandLine)), sensors_(sensors), index_(index),
+    : GraphPicture(sensors, index, std::move(commandLine)), sensors_(sensors),
       dataDir_(std::move(dataDir))
 {
     onBarTick = [this](const std::vector<double>& v) { barTick(v); };
@@ -16,10 +16,10 @@ DisplayedGraph::DisplayedGraph(std::vector<Graph>& sensors, int index, QString c
 
 void DisplayedGraph::barTick(const std::vector<double>& displayValues)
 {
-    const Graph& g = sensors_[size_t(index_)];
+    const Graph& g = sensors_[size_t(index())];
     if (bars_.bars.size() != g.Nodes.size())
         setUpBars(bars_, g, maxValue(), true, displayValues);
-    orm::barTick(bars_, sensors_, index_, displayValues, maxValue(), geometry().pHeight);
+    orm::barTick(bars_, sensors_, index(), displayValues, maxValue(), geometry().pHeight);
 }
 
 void DisplayedGraph::trayTick(const std::vector<double>& displayValues)
@@ -37,7 +37,7 @@ void DisplayedGraph::trayTick(const std::vector<double>& displayValues)
         }
         input.columns.push_back(std::move(columns));
     }
-    icons_ = orm::trayTick(sensors_, index_, input, maxValue());
+    icons_ = orm::trayTick(sensors_, index(), input, maxValue());
     // The picture goes through the scratch icon file, as the shell loads it from there.
     if (!icons_.empty() && !dataDir_.isEmpty())
         writeTempIco(dataDir_, icons_.back().picture);
@@ -45,16 +45,16 @@ void DisplayedGraph::trayTick(const std::vector<double>& displayValues)
 
 QImage DisplayedGraph::windowPicture() const
 {
-    if (sensors_[size_t(index_)].GraphType != BarGraph)
+    if (sensors_[size_t(index())].GraphType != BarGraph)
         return picture();
     QImage image = picture().copy();
-    drawBars(image, bars_, sensors_[size_t(index_)], geometry().pHeight);
+    drawBars(image, bars_, sensors_[size_t(index())], geometry().pHeight);
     return image;
 }
 
 bool DisplayedGraph::saveSnapshot(const QString& folder, int graphNumber) const
 {
-    const int type = sensors_[size_t(index_)].GraphType;
+    const int type = sensors_[size_t(index())].GraphType;
     const QString base = folder + QStringLiteral("/Graph%1").arg(graphNumber);
     if (type == LineGraph || type == BarGraph)
         return windowPicture().save(base + QStringLiteral(".png"));

@@ -29,7 +29,6 @@ private:
     void trayTick(const std::vector<double>& displayValues);
 
     std::vector<Graph>& sensors_;
-    int index_;
     QString dataDir_;
     BarGraphState bars_;
     std::vector<TrayIconPicture> icons_;

@@ -50,6 +50,11 @@ public:
     void Clear() { InitDraw(); }
 
     double maxValue() const { return maxValue_; }
+    int index() const { return index_; }
+    // The Graph moved to another place in Sensors (a Graph before it was deleted).
+    void setIndex(int index) { index_ = index; }
+    // Node `node` (from 0) was deleted: its samples go, later Nodes' move down.
+    void removeNode(int node) { history_.removeNode(node); }
     NodeHistory& history() { return history_; }
     const NodeHistory& history() const { return history_; }
     double ticks() const { return painter_.ticks(); }

@@ -9,6 +9,14 @@ void NodeHistory::reset(int nodeCount)
     oldY_.assign(size_t(qMax(nodeCount, 0)), 0);
 }
 
+void NodeHistory::removeNode(int node)
+{
+    if (node >= 0 && size_t(node) < samples_.size())
+        samples_.erase(samples_.begin() + node);
+    if (node >= 0 && size_t(node) < oldY_.size())
+        oldY_.erase(oldY_.begin() + node);
+}
+
 SampleList& NodeHistory::samples(int k)
 {
     if (k < 1)

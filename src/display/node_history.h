@@ -69,6 +69,8 @@ public:
 
     // Fresh, empty lists 0 to nodeCount and a zeroed oldYData.
     void reset(int nodeCount);
+    // Node `node` (from 0) is gone: its list and line end go, later ones move down.
+    void removeNode(int node);
     // The number of sample lists (the highest list index).
     int sampleListCount() const { return int(samples_.size()); }
 

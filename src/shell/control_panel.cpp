@@ -3,14 +3,26 @@
 #include "core/catalogue.h"
 #include "core/monitor.h"
 #include "core/version.h"
+#include "shell/custom_tool_tip.h"
+#include "shell/graph_panel.h"
+#include "shell/graph_window.h"
+#include "shell/graph_windows.h"
+#include "shell/node_panel.h"
+#include "shell/panel_help_texts.h"
+#include "shell/vista_tree.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QMoveEvent>
+#include <QFile>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
 #include <QMouseEvent>
-#include <QTreeWidget>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTextStream>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace orm {
@@ -29,51 +41,298 @@ QString systrayIconNoticeText()
                               "double-click on this icon.");
 }
 
-ControlPanel::ControlPanel(Monitor& monitor, QWidget* parent) : QMainWindow(parent), monitor_(monitor)
+bool MessageBoxPrompts::askYesNo(const QString& title, const QString& text)
+{
+    return QMessageBox::question(parent_, title, text, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
+           QMessageBox::Yes;
+}
+
+void MessageBoxPrompts::stop(const QString& title, const QString& text)
+{
+    QMessageBox::critical(parent_, title, text);
+}
+
+ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* parent)
+    : QMainWindow(parent), monitor_(monitor), windows_(windows), boxes_(this), prompts_(&boxes_),
+      tips_(std::make_unique<CustomToolTip>())
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QLatin1String(ProductName));
     auto* central = new QWidget(this);
     auto* layout = new QHBoxLayout(central);
-    tree_ = new QTreeWidget(central);
+
+    auto* left = new QVBoxLayout;
+    tree_ = new VistaTree(central);
     tree_->setObjectName(QStringLiteral("VistaTree"));
-    tree_->setHeaderHidden(true);
-    tree_->setMinimumWidth(220);
-    layout->addWidget(tree_);
+    tree_->setMinimumHeight(380);
+    left->addWidget(tree_, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(makeButton(QStringLiteral("imgAddSensor"), QStringLiteral("+ Graph")));
+    buttons->addWidget(makeButton(QStringLiteral("imgDeleteSensor"), QStringLiteral("- Graph")));
+    left->addLayout(buttons);
+    auto* nodeButtons = new QHBoxLayout;
+    nodeButtons->addWidget(makeButton(QStringLiteral("imgAddNode"), QStringLiteral("+ Node")));
+    nodeButtons->addWidget(makeButton(QStringLiteral("imgDeleteNode"), QStringLiteral("- Node")));
+    left->addLayout(nodeButtons);
+    lblDataRetrieval_ = new QLabel(central);
+    lblDataRetrieval_->setObjectName(QStringLiteral("lblDataRetrieval"));
+    lblDataRetrieval_->installEventFilter(this);
+    left->addWidget(lblDataRetrieval_);
+    layout->addLayout(left);
 
     auto* right = new QVBoxLayout;
     lblSensorError_ = new QLabel(central);
     lblSensorError_->setObjectName(QStringLiteral("lblSensorError"));
     lblSensorError_->setWordWrap(true);
+    lblSensorError_->setStyleSheet(QStringLiteral("color: rgb(255, 0, 0);"));
     right->addWidget(lblSensorError_);
-    right->addStretch(1);
-    lblDataRetrieval_ = new QLabel(central);
-    lblDataRetrieval_->setObjectName(QStringLiteral("lblDataRetrieval"));
-    lblDataRetrieval_->installEventFilter(this);
-    right->addWidget(lblDataRetrieval_);
+    stack_ = new QStackedWidget(central);
+    graphPanel_ = new GraphPanel(monitor_, windows_, stack_);
+    graphPanel_->setObjectName(QStringLiteral("pctOptionFrame(0)"));
+    nodePanel_ = new NodePanel(monitor_, windows_, stack_);
+    nodePanel_->setObjectName(QStringLiteral("pctOptionFrame(1)"));
+    stack_->addWidget(graphPanel_);
+    stack_->addWidget(nodePanel_);
+    // A tall Node panel scrolls rather than push the window off a small screen.
+    auto* scroller = new QScrollArea(central);
+    scroller->setObjectName(QStringLiteral("pctOptionScroller"));
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setWidgetResizable(true);
+    scroller->setWidget(stack_);
+    right->addWidget(scroller, 1);
     layout->addLayout(right, 1);
     setCentralWidget(central);
-    resize(640, 420);
+
+    treeMenu_ = makeTreeMenu(this);
+    connect(graphPanel_, &GraphPanel::treeChanged, this, &ControlPanel::rebuildTree);
+    connect(nodePanel_, &NodePanel::treeChanged, this, &ControlPanel::rebuildTree);
+    connect(graphPanel_, &GraphPanel::sensorError, this, &ControlPanel::setSensorError);
+    connect(nodePanel_, &NodePanel::sensorError, this, &ControlPanel::setSensorError);
+
+    connect(tree_, &VistaTree::addClicked, this, [this](int graph) {
+        if (tree_->selectedParent() != graph || tree_->selectedChild() != -1)
+            selectRow(graph, -1);
+        addNode(graph);
+    });
+    connect(tree_, &VistaTree::closeClicked, this, [this](bool isParent, int graph, int node) {
+        selectRow(graph, isParent ? -1 : node);
+        if (isParent)
+            deleteGraph(graph);
+        else
+            deleteNode(graph, node);
+    });
+    connect(tree_, &VistaTree::itemSelected, this,
+            [this](bool isParent, const QString&, const QString&, int graph, int node) { showRow(isParent, graph, node); });
+    connect(tree_, &VistaTree::mouseOver, this,
+            [this](Qt::MouseButtons buttons, Qt::KeyboardModifiers, int x, int y, bool nothing, int graph, int node) {
+                treeMouse(buttons, x, y, nothing, graph, node);
+            });
+    connect(tree_, &VistaTree::renameCommitted, this, &ControlPanel::renamed);
+    connect(tree_, &VistaTree::collapseChanged, this,
+            [this](const QString&, const QString& tag, bool c) { collapsed(tag, c); });
+
+    resize(900, 660);
     if (monitor_.Settings.XLoc > 0 || monitor_.Settings.YLoc > 0)
         move(monitor_.Settings.XLoc, monitor_.Settings.YLoc);
     rebuildTree();
+    if (!monitor_.Sensors.empty())
+        selectRow(0, -1);
+    InitToolTips();
+}
+
+ControlPanel::~ControlPanel() = default;
+
+QToolButton* ControlPanel::makeButton(const QString& name, const QString& text)
+{
+    auto* b = new QToolButton(this);
+    b->setObjectName(name);
+    b->setText(text);
+    b->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    b->setMinimumWidth(70);
+    connect(b, &QToolButton::clicked, this, [this, name] {
+        int graph = -1, node = -1;
+        selectedGraphAndNode(graph, node);
+        if (name == QLatin1String("imgAddSensor"))
+            addGraph();
+        else if (graph < 0)
+            return;
+        else if (name == QLatin1String("imgDeleteSensor"))
+            deleteGraph(graph);
+        else if (name == QLatin1String("imgAddNode"))
+            addNode(graph);
+        else if (node >= 0)
+            deleteNode(graph, node);
+    });
+    return b;
+}
+
+void ControlPanel::selectedGraphAndNode(int& graph, int& node) const
+{
+    graph = tree_->selectedParent();
+    node = tree_->selectedChild();
+    if (graph < 0 || size_t(graph) >= monitor_.Sensors.size()) {
+        graph = -1;
+        node = -1;
+    }
 }
 
 void ControlPanel::rebuildTree()
 {
-    tree_->clear();
-    for (size_t i = 0; i < monitor_.Sensors.size(); ++i) {
-        const Graph& g = monitor_.Sensors[i];
-        auto* graphItem = new QTreeWidgetItem(tree_, {g.Name});
-        graphItem->setToolTip(0, g.LogGraph ? QStringLiteral("Log Graph") : nodeTypeName(g.GraphType));
-        for (size_t j = 0; j < g.Nodes.size(); ++j) {
-            auto* nodeItem = new QTreeWidgetItem(graphItem, {g.Nodes[j].Name});
-            nodeItem->setToolTip(0, nodeTypeName(g.Nodes[j].NodeType, monitor_.Sensors, int(i), int(j)));
-        }
-        graphItem->setExpanded(!g.Collapsed);
+    tree_->rebuild(monitor_.Sensors);
+}
+
+void ControlPanel::selectRow(int graph, int node)
+{
+    tree_->SelectItem(graph, node, false, true);
+}
+
+void ControlPanel::showRow(bool isParent, int graph, int node)
+{
+    if (graph < 0 || size_t(graph) >= monitor_.Sensors.size())
+        return;
+    if (isParent) {
+        graphPanel_->load(graph);
+        stack_->setCurrentWidget(graphPanel_);
+    } else {
+        nodePanel_->load(graph, node);
+        stack_->setCurrentWidget(nodePanel_);
     }
-    if (tree_->topLevelItemCount() > 0)
-        tree_->setCurrentItem(tree_->topLevelItem(0));
+}
+
+void ControlPanel::setSensorError(const QString& text)
+{
+    lblSensorError_->setText(text);
+}
+
+// ---- structural edits ----
+
+void ControlPanel::addGraph()
+{
+    monitor_.AddSensor(false);
+    const int graph = int(monitor_.Sensors.size()) - 1;
+    windows_.added(graph);
+    rebuildTree();
+    selectRow(graph, -1);
+}
+
+void ControlPanel::addNode(int graph)
+{
+    const int node = orm::AddNode(monitor_, graph);
+    if (node < 0)
+        return;
+    windows_.nodesChanged(graph);
+    rebuildTree();
+    selectRow(graph, node);
+}
+
+void ControlPanel::deleteNode(int graph, int node)
+{
+    const EditResult r = orm::DeleteNode(monitor_, monitor_.store(), *prompts_, graph, node, &GraphWindows::rebind);
+    if (r == EditResult::Done) {
+        windows_.nodeRemoved(graph, node);
+        rebuildTree();
+        selectRow(graph, std::min(node, int(monitor_.Sensors[size_t(graph)].Nodes.size()) - 1));
+    } else if (r == EditResult::GraphDeleted) {
+        windows_.graphRemoved(graph);
+        rebuildTree();
+        selectRow(std::min(graph, int(monitor_.Sensors.size()) - 1), -1);
+    }
+}
+
+void ControlPanel::deleteGraph(int graph)
+{
+    if (orm::DeleteGraph(monitor_, monitor_.store(), *prompts_, graph, &GraphWindows::rebind) != EditResult::Done)
+        return;
+    windows_.graphRemoved(graph);
+    rebuildTree();
+    selectRow(std::min(graph, int(monitor_.Sensors.size()) - 1), -1);
+}
+
+void ControlPanel::toggleVisible(int graph, int node)
+{
+    if (graph < 0 || size_t(graph) >= monitor_.Sensors.size())
+        return;
+    Graph& g = monitor_.Sensors[size_t(graph)];
+    if (node < 0) {
+        g.Visible = !g.Visible;
+        monitor_.SaveSettings();
+        windows_.visibilityChanged(graph);
+    } else if (size_t(node) < g.Nodes.size()) {
+        g.Nodes[size_t(node)].NodeVisible = !g.Nodes[size_t(node)].NodeVisible;
+        monitor_.SaveSettings();
+        windows_.nodesChanged(graph);
+    }
+    showRow(node < 0, graph, node);  // the panel's eye follows
+}
+
+void ControlPanel::Rename(int graph, int node)
+{
+    tree_->ForceTitleEdit(node < 0, graph, node);
+}
+
+void ControlPanel::AboutOrmivane()
+{
+    QMessageBox::about(this, QStringLiteral("About ") + QLatin1String(ProductName),
+                       QLatin1String(ProductName) + QStringLiteral(" ") + QStringLiteral(ORMIVANE_VERSION) +
+                           QStringLiteral("\n") + QLatin1String(CompanyName));
+}
+
+// ---- tree events ----
+
+void ControlPanel::renamed(bool isParent, int graph, int node, const QString& text)
+{
+    if (graph < 0 || size_t(graph) >= monitor_.Sensors.size())
+        return;
+    Graph& g = monitor_.Sensors[size_t(graph)];
+    if (isParent) {
+        g.Name = text;
+    } else if (node >= 0 && size_t(node) < g.Nodes.size()) {
+        g.Nodes[size_t(node)].Name = text;
+    } else {
+        return;
+    }
+    monitor_.SaveSettings();
+    if (isParent)
+        windows_.captionsChanged(graph);
+    else
+        windows_.nodesChanged(graph);  // the legend and the cross-hair name it
+    rebuildTree();
+    showRow(isParent, graph, node);
+}
+
+void ControlPanel::collapsed(const QString& tag, bool collapsed)
+{
+    bool ok = false;
+    const int graph = tag.toInt(&ok);
+    if (!ok || graph < 0 || size_t(graph) >= monitor_.Sensors.size())
+        return;
+    monitor_.Sensors[size_t(graph)].Collapsed = collapsed;
+    monitor_.SaveSettings();
+}
+
+void ControlPanel::treeMouse(Qt::MouseButtons buttons, int x, int y, bool overNothing, int graph, int node)
+{
+    const bool onRow = !overNothing && graph >= 0 && size_t(graph) < monitor_.Sensors.size();
+    if (buttons & Qt::RightButton) {
+        if (onRow)
+            selectRow(graph, node);
+        refreshTreeMenu(*treeMenu_, monitor_.Sensors, onRow ? graph : -1, onRow ? node : -1);
+        QAction* chosen = treeMenu_->exec(tree_->mapToGlobal(QPoint(x, y)));
+        const int id = chosen ? chosen->data().toInt() : 0;
+        actOnTreeMenu(id, monitor_.Sensors, onRow ? graph : -1, onRow ? node : -1, *this);
+        return;
+    }
+    if (onRow && tips_->active()) {
+        const TreeTip tip = treeToolTip(monitor_.Sensors[size_t(graph)], node);
+        tips_->ShowTip(tree_, tipText(tip.title, tip.text), TreeTipMilliseconds);
+    }
+}
+
+// ---- tool-tips and the retrieval label ----
+
+void ControlPanel::InitToolTips()
+{
+    tips_->InitToolTips(this, monitor_.Settings.DisplayToolTips, QLatin1String(ProductName), panelHelpTexts());
 }
 
 void ControlPanel::afterTick()
@@ -81,8 +340,77 @@ void ControlPanel::afterTick()
     lblDataRetrieval_->setText(monitor_.retrievalText);
     lblDataRetrieval_->setStyleSheet(monitor_.retrievalRed ? QStringLiteral("color: rgb(255, 0, 0);")
                                                            : QStringLiteral("color: rgb(0, 0, 0);"));
-    if (monitor_.Settings.DisplayToolTips)
-        lblDataRetrieval_->setToolTip(monitor_.retrievalToolTip());
+    if (tips_->active())
+        tips_->SetTip(lblDataRetrieval_, monitor_.retrievalToolTip());
+    updateWidgetMap();
+}
+
+void ControlPanel::updateWidgetMap() const
+{
+    static const QString mapPath = qEnvironmentVariable("ORMIVANE_WIDGET_MAP");
+    if (!mapPath.isEmpty())
+        writeWidgetMap(mapPath);
+}
+
+void ControlPanel::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    updateWidgetMap();
+}
+
+bool ControlPanel::writeWidgetMap(const QString& path) const
+{
+    QString text;
+    QTextStream out(&text);
+    const auto line = [&out](const QString& name, QRect r) {
+        out << name << '\t' << r.x() << '\t' << r.y() << '\t' << r.width() << '\t' << r.height() << '\n';
+    };
+    // The panel and the program's other windows (a message, a dialog); graph windows are listed below.
+    for (const QWidget* top : QApplication::topLevelWidgets()) {
+        if (!top->isVisible() || qobject_cast<const GraphWindow*>(top))
+            continue;
+        const auto named = [](const QWidget* w) {
+            return !w->objectName().isEmpty() && w->isVisible() && !w->objectName().startsWith(QLatin1String("qt_"));
+        };
+        if (named(top))
+            line(top->objectName(), top->frameGeometry());
+        else if (top->objectName().isEmpty())  // Qt's own windows, such as the tray's balloon
+            line(QString::fromLatin1(top->metaObject()->className()), top->frameGeometry());
+        for (const QWidget* w : top->findChildren<QWidget*>())
+            if (named(w))
+                line(w->objectName(), QRect(w->mapToGlobal(QPoint(0, 0)), w->size()));
+    }
+    if (isVisible()) {
+        const auto& rows = tree_->rows();
+        for (size_t p = 0; p < rows.size(); ++p) {
+            const QPoint origin = tree_->mapToGlobal(QPoint(0, 0));
+            const int top = tree_->rowTop(int(p), -1);
+            if (top >= 0)
+                line(QStringLiteral("row(%1)").arg(p),
+                     QRect(origin + QPoint(0, top), QSize(TreeGeometry::RowWidth, TreeGeometry::RowHeight)));
+            for (size_t c = 0; c < rows[p].Children.size(); ++c) {
+                const int ct = tree_->rowTop(int(p), int(c));
+                if (ct >= 0)
+                    line(QStringLiteral("row(%1,%2)").arg(p).arg(c),
+                         QRect(origin + QPoint(TreeGeometry::ChildX, ct),
+                               QSize(TreeGeometry::RowWidth - TreeGeometry::ChildX, TreeGeometry::RowHeight)));
+            }
+        }
+    }
+    for (int g = 0; g < windows_.count(); ++g) {
+        const GraphWindow* w = windows_.window(g);
+        if (w && w->isVisible())
+            line(QStringLiteral("graph(%1)").arg(g), w->frameGeometry());
+    }
+    out.flush();
+    // Written whole and renamed, so a reader never sees half a map.
+    QFile f(path + QStringLiteral(".part"));
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    f.write(text.toUtf8());
+    f.close();
+    QFile::remove(path);
+    return QFile::rename(path + QStringLiteral(".part"), path);
 }
 
 bool ControlPanel::eventFilter(QObject* watched, QEvent* event)
@@ -101,6 +429,7 @@ void ControlPanel::moveEvent(QMoveEvent* event)
     monitor_.Settings.XLoc = x();
     monitor_.Settings.YLoc = y();
     QMainWindow::moveEvent(event);
+    updateWidgetMap();
 }
 
 void ControlPanel::closeEvent(QCloseEvent* event)

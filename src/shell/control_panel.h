@@ -1,29 +1,77 @@
-// frmMain: the control panel window. It shows the tree of Graphs and Nodes and
-// the panel's labels; closing it with the window's button only hides it.
+// frmMain: the control panel. The tree of Graphs and Nodes on the left; the
+// Graph panel or the Node panel on the right; the add and delete buttons, the
+// retrieval label and the error label. Closing it with the window's button
+// only hides it.
 #pragma once
 
+#include "core/editing.h"
+#include "shell/tree_menu.h"
+
 #include <QMainWindow>
+#include <memory>
 
 class QLabel;
-class QTreeWidget;
+class QMenu;
+class QStackedWidget;
+class QToolButton;
 
 namespace orm {
 
+class CustomToolTip;
+class GraphPanel;
+class GraphWindows;
 class Monitor;
+class NodePanel;
+class VistaTree;
 
-class ControlPanel : public QMainWindow {
+// Questions and stop boxes as message boxes.
+class MessageBoxPrompts final : public EditPrompts {
+public:
+    explicit MessageBoxPrompts(QWidget* parent) : parent_(parent) {}
+    bool askYesNo(const QString& title, const QString& text) override;
+    void stop(const QString& title, const QString& text) override;
+
+private:
+    QWidget* parent_;
+};
+
+class ControlPanel : public QMainWindow, private TreeMenuActions {
     Q_OBJECT
 public:
-    explicit ControlPanel(Monitor& monitor, QWidget* parent = nullptr);
+    ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* parent = nullptr);
+    ~ControlPanel() override;
 
-    // Fills the tree from the model; the first Graph is selected.
+    // Refills the tree from the model, keeping the selection where it can.
     void rebuildTree();
+    // Selects a Graph row (`node` -1) or a Node row and shows its panel.
+    void selectRow(int graph, int node);
     // After a tick: the retrieval label and its red state.
     void afterTick();
     // The program is ending: the close event goes through.
     void allowClose() { closing_ = true; }
+    // Drops and, when DisplayToolTips is on, builds the panel's tool-tips anew.
+    void InitToolTips();
+    // The questions of the structural edits; tests answer them themselves.
+    void setPrompts(EditPrompts* prompts) { prompts_ = prompts; }
+
+    // The four structural edits and the type-free ones of the tree menu.
+    void addGraph();
+    void addNode(int graph);
+    void deleteNode(int graph, int node);
+    void deleteGraph(int graph);
+    void toggleVisible(int graph, int node);
+
+    VistaTree* tree() const { return tree_; }
+    GraphPanel* graphPanel() const { return graphPanel_; }
+    NodePanel* nodePanel() const { return nodePanel_; }
     QLabel* retrievalLabel() const { return lblDataRetrieval_; }
-    QTreeWidget* tree() const { return tree_; }
+    QLabel* sensorErrorLabel() const { return lblSensorError_; }
+    QMenu* treeMenu() const { return treeMenu_; }
+    CustomToolTip& toolTips() const { return *tips_; }
+
+    // Writes the screen rectangle of every named control that shows, and of
+    // each tree row, one per line: name, x, y, width, height. For automation.
+    bool writeWidgetMap(const QString& path) const;
 
 signals:
     // The user closed the panel: it is hidden, and the tray says the program runs on.
@@ -32,13 +80,41 @@ signals:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // TreeMenuActions
+    void AddGraph() override { addGraph(); }
+    void DeleteGraph(int graph) override { deleteGraph(graph); }
+    void AddNode(int graph) override { addNode(graph); }
+    void DeleteNode(int graph, int node) override { deleteNode(graph, node); }
+    void ToggleVisible(int graph, int node) override { toggleVisible(graph, node); }
+    void Rename(int graph, int node) override;
+    void AboutOrmivane() override;
+
+    QToolButton* makeButton(const QString& name, const QString& text);
+    void showRow(bool isParent, int graph, int node);
+    void renamed(bool isParent, int graph, int node, const QString& text);
+    void collapsed(const QString& tag, bool collapsed);
+    void treeMouse(Qt::MouseButtons buttons, int x, int y, bool overNothing, int graph, int node);
+    void selectedGraphAndNode(int& graph, int& node) const;
+    void setSensorError(const QString& text);
+    // The widget map, when the environment asks for one (ORMIVANE_WIDGET_MAP).
+    void updateWidgetMap() const;
+
     Monitor& monitor_;
-    QTreeWidget* tree_ = nullptr;
+    GraphWindows& windows_;
+    MessageBoxPrompts boxes_;
+    EditPrompts* prompts_;
+    VistaTree* tree_ = nullptr;
+    QMenu* treeMenu_ = nullptr;
+    QStackedWidget* stack_ = nullptr;
+    GraphPanel* graphPanel_ = nullptr;
+    NodePanel* nodePanel_ = nullptr;
     QLabel* lblDataRetrieval_ = nullptr;
     QLabel* lblSensorError_ = nullptr;
+    std::unique_ptr<CustomToolTip> tips_;
     bool closing_ = false;
 };
 

@@ -213,6 +213,24 @@ void GraphWindow::setCaptions()
     lblCrossHairGridColor_->setPalette(swatch);
 }
 
+void GraphWindow::captionsChanged()
+{
+    setWindowTitle(graph() ? graph()->Name : QString());
+    setCaptions();
+    placeLabels();
+    update();
+}
+
+void GraphWindow::opacityChanged()
+{
+    Graph* g = graph();
+    if (!g)
+        return;
+    fade_.setOpacity(g->Opacity);
+    fade_.set(g->Opacity);
+    applyAlpha();
+}
+
 void GraphWindow::placeLabels()
 {
     const PlotGeometry geo = picture_ ? picture_->geometry() : PlotGeometry::fromClient(width(), height());

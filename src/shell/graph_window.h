@@ -73,11 +73,18 @@ public:
 
     int graphIndex() const { return index_; }
     void setGraphIndex(int index) { index_ = index; }
+    // The picture is about to go (its Graph was deleted): the window shows nothing more.
+    void detachPicture() { picture_ = nullptr; }
+    DisplayedGraph* picture() const { return picture_; }
 
     // Rebuilds from stage `step` (1 to 6) on and shows the window as its type says.
     void OpenGraph(int step = 1);
     // A changed GraphType of a running window.
     void ChangeGraphType();
+    // Name, description or colours changed: the labels follow.
+    void captionsChanged();
+    // Opacity changed: the window takes it at once.
+    void opacityChanged();
     // After a tick's WriteGraph: repaint from the picture, which also wipes the cross-hair.
     void refresh();
     // Called after the window was moved or resized, once its rectangle is in the Graph.

@@ -1,5 +1,7 @@
 #include "shell/vista_tree.h"
 
+#include "core/catalogue.h"
+
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -102,10 +104,13 @@ void VistaTree::rebuild(const std::vector<Graph>& graphs)
     m_rows.clear();
     for (size_t i = 0; i < graphs.size(); ++i) {
         const Graph& g = graphs[i];
-        Add(true, 0, QString(), g.Name, QString(), 999, QString::number(i),
+        // The sub-text names the kind: the Graph's display type, the Node's data type.
+        Add(true, 0, QString(), g.Name, g.LogGraph ? QStringLiteral("Log Graph") : nodeTypeName(g.GraphType), 999,
+            QString::number(i),
             QStringLiteral("G%1").arg(i), g.Collapsed, g.LogGraph);
         for (size_t j = 0; j < g.Nodes.size(); ++j)
-            Add(false, int(i), QString(), g.Nodes[j].Name, QString(), 999, QString::number(j),
+            Add(false, int(i), QString(), g.Nodes[j].Name, nodeTypeName(g.Nodes[j].NodeType, graphs, int(i), int(j)),
+                999, QString::number(j),
                 QStringLiteral("G%1N%2").arg(i).arg(j), false, false);
     }
     if (!validParent(m_selParent) || (m_selChild >= 0 && !validChild(m_selParent, m_selChild))) {

@@ -1,65 +1,11 @@
 // The program with its windows, under a virtual X server with a window manager
 // (and a tray host where one is installed): the first ticks draw, the settings
 // keep a moved window, a second start is refused, CloseNow ends it.
-#include "run_headless.h"
-
-#include <QDir>
-#include <QElapsedTimer>
-#include <QGuiApplication>
-#include <QImage>
-#include <QPixmap>
-#include <QScreen>
-#include <QStandardPaths>
-#include <QThread>
-#include <gtest/gtest.h>
+#include "desktop_session.h"
 
 using namespace orm::test;
 
 namespace {
-
-QString display;
-std::vector<std::unique_ptr<QProcess>> helpers;  // the X server, the window manager, the tray host
-
-QString run(const QString& program, const QStringList& args)
-{
-    QProcess p;
-    p.start(program, args);
-    p.waitForFinished(5000);
-    return QString::fromLocal8Bit(p.readAllStandardOutput()).trimmed();
-}
-
-// The X window ids whose name is `name`.
-QStringList windowsNamed(const QString& name)
-{
-    return run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                           QStringLiteral("--name"), QStringLiteral("^") + name + QStringLiteral("$")})
-        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-}
-
-QRect geometryOf(const QString& window)
-{
-    const QString out = run(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
-    std::map<QString, int> v;
-    for (const QString& line : out.split(QLatin1Char('\n'))) {
-        const auto kv = line.split(QLatin1Char('='));
-        if (kv.size() == 2)
-            v[kv[0]] = kv[1].toInt();
-    }
-    return QRect(v[QStringLiteral("X")], v[QStringLiteral("Y")], v[QStringLiteral("WIDTH")], v[QStringLiteral("HEIGHT")]);
-}
-
-bool waitFor(const std::function<bool()>& ready, int ms)
-{
-    QElapsedTimer t;
-    t.start();
-    while (t.elapsed() < ms) {
-        if (ready())
-            return true;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-        QThread::msleep(50);
-    }
-    return ready();
-}
 
 class Desktop : public ::testing::Test {
 protected:
@@ -70,12 +16,7 @@ protected:
     }
     void startDesktop(HeadlessRun& r)
     {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("DISPLAY"), display);
-        env.remove(QStringLiteral("QT_QPA_PLATFORM"));
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), r.dir.filePath(QStringLiteral("xdg")));
-        r.process.setProcessEnvironment(env);
-        r.process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--data-dir"), r.dataDir, QStringLiteral("--config"), r.config});
+        startOnDisplay(r);
         ASSERT_TRUE(r.process.waitForStarted(5000));
     }
 };
@@ -148,42 +89,5 @@ TEST_F(Desktop, FirstStartDrawsAndCloseNowEndsIt)
 
 int main(int argc, char** argv)
 {
-    // A virtual X server of our own, with a window manager and a tray host where they are installed.
-    bool listing = false;
-    for (int i = 1; i < argc; ++i)
-        listing = listing || qstrcmp(argv[i], "--gtest_list_tests") == 0;
-    const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
-    if (!listing && !xvfb.isEmpty() && !QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty()) {
-        const QString d = QStringLiteral(":%1").arg(90 + getpid() % 100);
-        auto x = std::make_unique<QProcess>();
-        x->start(xvfb, {d, QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-        if (x->waitForStarted(5000)) {
-            qputenv("DISPLAY", d.toLocal8Bit());
-            for (int i = 0; i < 50 && !QFile::exists(QStringLiteral("/tmp/.X11-unix/X") + d.mid(1)); ++i)
-                QThread::msleep(100);
-            display = d;
-            helpers.push_back(std::move(x));
-            for (const char* extra : {"openbox", "trayer"}) {
-                const QString path = QStandardPaths::findExecutable(QString::fromLatin1(extra));
-                if (path.isEmpty())
-                    continue;
-                auto p = std::make_unique<QProcess>();
-                p->start(path, {});
-                helpers.push_back(std::move(p));
-            }
-            QThread::msleep(500);
-        }
-    }
-    int status = 0;
-    {
-        qputenv("QT_QPA_PLATFORM", display.isEmpty() ? "offscreen" : "xcb");
-        QGuiApplication app(argc, argv);
-        ::testing::InitGoogleTest(&argc, argv);
-        status = RUN_ALL_TESTS();
-    }
-    for (auto it = helpers.rbegin(); it != helpers.rend(); ++it) {
-        (*it)->terminate();
-        (*it)->waitForFinished(3000);
-    }
-    return status;
+    return orm::test::runOnVirtualDesktop(argc, argv);
 }

@@ -1,0 +1,226 @@
+// A person's walk through the control panel with mouse and keyboard only,
+// played with xdotool on the real windows: add a Graph, add a RAM and a Ping
+// Node, set the ping target, make it a Bar Graph, rename a Node, hide and show
+// the Graph, delete a Node; after a restart all of it is still there.
+#include "desktop_session.h"
+
+#include <QSettings>
+
+using namespace orm::test;
+
+namespace {
+
+// The rectangles the program lists in its widget map, by name.
+class WidgetMap {
+public:
+    explicit WidgetMap(QString path) : path_(std::move(path)) {}
+    bool read()
+    {
+        QFile f(path_);
+        if (!f.open(QIODevice::ReadOnly))
+            return false;
+        rects_.clear();
+        for (const QString& line : QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            const QStringList p = line.split(QLatin1Char('\t'));
+            if (p.size() == 5)
+                rects_[p[0]] = QRect(p[1].toInt(), p[2].toInt(), p[3].toInt(), p[4].toInt());
+        }
+        return true;
+    }
+    bool has(const QString& name) { return read() && rects_.count(name); }
+    QRect rect(const QString& name) { return read() && rects_.count(name) ? rects_[name] : QRect(); }
+
+private:
+    QString path_;
+    std::map<QString, QRect> rects_;
+};
+
+class DesktopEditing : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (display.isEmpty())
+            GTEST_SKIP() << "no virtual X server could be started";
+    }
+
+    void start(HeadlessRun& r)
+    {
+        QProcessEnvironment extra;
+        extra.insert(QStringLiteral("ORMIVANE_WIDGET_MAP"), mapPath(r));
+        QFile::remove(mapPath(r));
+        startOnDisplay(r, extra);
+        ASSERT_TRUE(r.process.waitForStarted(5000));
+    }
+    static QString mapPath(HeadlessRun& r) { return r.dir.filePath(QStringLiteral("widgets.txt")); }
+
+    // Waits until the control shows, then clicks its middle (or `at` inside it).
+    bool click(WidgetMap& map, const QString& name, int button = 1, QPoint at = {-1, -1})
+    {
+        if (!waitFor([&] { return map.has(name); }, 4000)) {
+            ADD_FAILURE() << "not on screen: " << qPrintable(name);
+            snapshot(QStringLiteral("desktop-edit-failure.png"));
+            return false;
+        }
+        raisePanel(name);
+        const QRect r = map.rect(name);
+        const QPoint p = at.x() < 0 ? r.center() : r.topLeft() + at;
+        xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
+        xdo({QStringLiteral("click"), QString::number(button)});
+        waitFor([] { return false; }, 300);
+        return true;
+    }
+    // Waits for a control or row to show; a picture of the screen is kept when it does not.
+    bool shown(WidgetMap& map, const QString& name)
+    {
+        if (waitFor([&] { return map.has(name); }, 4000))
+            return true;
+        snapshot(QStringLiteral("desktop-edit-failure.png"));
+        return false;
+    }
+    bool doubleClick(WidgetMap& map, const QString& name)
+    {
+        if (!waitFor([&] { return map.has(name); }, 4000))
+            return false;
+        raisePanel(name);
+        const QPoint p = map.rect(name).center();
+        xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
+        xdo({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("1")});
+        waitFor([] { return false; }, 300);
+        return true;
+    }
+    // Graph windows may stand over the panel: as a person would, bring it to the front first.
+    void raisePanel(const QString& control)
+    {
+        if (control == QLatin1String("cmdOk"))
+            return;
+        const QString panel = windowsNamed(QStringLiteral("Ormivane")).value(0);
+        if (!panel.isEmpty())
+            xdo({QStringLiteral("windowactivate"), QStringLiteral("--sync"), panel});
+        waitFor([] { return false; }, 250);  // the map follows a moved panel
+    }
+    void type(const QString& text)
+    {
+        xdo({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("30"), text});
+    }
+    void key(const QString& k)
+    {
+        xdo({QStringLiteral("key"), QStringLiteral("--clearmodifiers"), k});
+        waitFor([] { return false; }, 300);
+    }
+    // A notice of the program (the data type warning) is acknowledged with its button.
+    void acknowledgeNotices(WidgetMap& map)
+    {
+        if (waitFor([&] { return map.has(QStringLiteral("cmdOk")); }, 1500))
+            click(map, QStringLiteral("cmdOk"));
+    }
+    static void snapshot(const QString& file, const QRect& part = {})
+    {
+        const QImage shot = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+        (part.isEmpty() ? shot : shot.copy(part)).save(QStringLiteral(ORM_BUILD_DIR "/") + file);
+    }
+    static void xdo(const QStringList& args) { run(QStringLiteral("xdotool"), args); }
+
+    static QString value(HeadlessRun& r, const QString& key)
+    {
+        QSettings s(r.config, QSettings::IniFormat);
+        return s.value(QStringLiteral("Settings/") + key).toString();
+    }
+    static bool stop(HeadlessRun& r)
+    {
+        QFile f(r.config);
+        if (!f.open(QIODevice::Append))
+            return false;
+        f.write("CloseNow=True\n");
+        f.close();
+        return r.process.waitForFinished(8000) && r.process.exitCode() == 0;
+    }
+};
+
+TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
+{
+    HeadlessRun r;
+    start(r);
+    WidgetMap map(mapPath(r));
+    ASSERT_TRUE(waitFor([&] { return map.has(QStringLiteral("row(0)")); }, 6000)) << "no control panel";
+    // The first start's tip stands in a balloon over the panel's corner: a click puts it away.
+    if (waitFor([&] { return map.has(QStringLiteral("QBalloonTip")); }, 2000)) {
+        click(map, QStringLiteral("QBalloonTip"));
+        EXPECT_TRUE(waitFor([&] { return !map.has(QStringLiteral("QBalloonTip")); }, 3000));
+    }
+
+    // A new Graph, with two new Nodes: a RAM Node and a Ping Node.
+    ASSERT_TRUE(click(map, QStringLiteral("imgAddSensor")));
+    ASSERT_TRUE(shown(map, QStringLiteral("row(1,0)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgAddNode")));
+    ASSERT_TRUE(shown(map, QStringLiteral("row(1,1)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgCategory(1)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgGraphType(5)")));  // RAM
+    acknowledgeNotices(map);
+    ASSERT_TRUE(click(map, QStringLiteral("imgAddNode")));
+    ASSERT_TRUE(shown(map, QStringLiteral("row(1,2)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgCategory(0)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgGraphType(7)")));  // Ping
+    acknowledgeNotices(map);
+
+    // The ping target, typed into its box.
+    ASSERT_TRUE(click(map, QStringLiteral("txtPingIP")));
+    key(QStringLiteral("ctrl+a"));
+    type(QStringLiteral("127.0.0.1"));
+    key(QStringLiteral("Return"));
+    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node3/PingIP")) == QLatin1String("127.0.0.1"); }, 3000));
+
+    // The Graph becomes a Bar Graph.
+    ASSERT_TRUE(click(map, QStringLiteral("row(1)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgGraphType(1)")));
+    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/GraphType")) == QLatin1String("2"); }, 3000));
+
+    // The RAM Node is renamed in the tree.
+    ASSERT_TRUE(doubleClick(map, QStringLiteral("row(1,1)")));
+    key(QStringLiteral("ctrl+a"));
+    type(QStringLiteral("Memory"));
+    key(QStringLiteral("Return"));
+    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node2/Name")) == QLatin1String("Memory"); }, 3000));
+
+    // Hidden, then shown again.
+    ASSERT_TRUE(click(map, QStringLiteral("row(1)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgVisibleSensor")));
+    EXPECT_TRUE(waitFor([&] { return !map.has(QStringLiteral("graph(1)")); }, 3000));
+    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Visible")), QStringLiteral("False"));
+    ASSERT_TRUE(click(map, QStringLiteral("imgVisibleSensor")));
+    EXPECT_TRUE(waitFor([&] { return map.has(QStringLiteral("graph(1)")); }, 3000));
+
+    // The first (CPU) Node goes, after its question is answered Yes.
+    ASSERT_TRUE(click(map, QStringLiteral("row(1,0)")));
+    ASSERT_TRUE(click(map, QStringLiteral("imgDeleteNode")));
+    waitFor([] { return false; }, 800);
+    key(QStringLiteral("Return"));
+    EXPECT_TRUE(waitFor([&] { return !map.has(QStringLiteral("row(1,2)")); }, 3000));
+
+    // The panel as the person left it.
+    waitFor([] { return false; }, 1200);
+    const QRect panel = map.rect(QStringLiteral("frmMain"));
+    ASSERT_FALSE(panel.isEmpty());
+    snapshot(QStringLiteral("control-panel.png"), panel);
+    ASSERT_TRUE(stop(r));
+
+    // After a restart everything is as it was left.
+    start(r);
+    WidgetMap map2(mapPath(r));
+    ASSERT_TRUE(waitFor([&] { return map2.has(QStringLiteral("row(1,1)")); }, 6000));
+    EXPECT_FALSE(map2.has(QStringLiteral("row(1,2)")));
+    EXPECT_TRUE(map2.has(QStringLiteral("graph(1)")));
+    EXPECT_EQ(value(r, QStringLiteral("Sensor2/GraphType")), QStringLiteral("2"));
+    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Visible")), QStringLiteral("True"));
+    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node1/Name")), QStringLiteral("Memory"));
+    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node1/NodeType")), QStringLiteral("6"));
+    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node2/NodeType")), QStringLiteral("8"));
+    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node2/PingIP")), QStringLiteral("127.0.0.1"));
+    EXPECT_TRUE(stop(r));
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    return orm::test::runOnVirtualDesktop(argc, argv);
+}

@@ -1,0 +1,362 @@
+// The Graph panel on a started Monitor whose settings live in a real INI file;
+// the widgets are driven by their object names, the window's follow-up is
+// recorded.
+#include "../monitor/monitor_fixture.h"
+#include "core/editing.h"
+#include "core/ini_store.h"
+#include "core/settings_store.h"
+#include "display/colors.h"
+#include "shell/graph_panel.h"
+#include "shell/panel_host.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeWidget>
+
+namespace orm::test {
+namespace {
+
+class RecordingHost final : public PanelHost {
+public:
+    DisplayedGraph* picture(int) override { return nullptr; }
+    void nodesChanged(int g) override { record("nodes", g); }
+    void redraw(int g) override { record("redraw", g); }
+    void graphTypeChanged(int g) override { record("type", g); }
+    void visibilityChanged(int g) override { record("visible", g); }
+    void topMostChanged(int g) override { record("topmost", g); }
+    void transparencyChanged(int g) override { record("trans", g); }
+    void opacityChanged(int g) override { record("opacity", g); }
+    void captionsChanged(int g) override { record("captions", g); }
+    void showMessage(const QString& text) override { calls << QStringLiteral("message:") + text; }
+
+    void record(const char* what, int g) { calls << QStringLiteral("%1:%2").arg(QLatin1String(what)).arg(g); }
+    QStringList calls;
+};
+
+class GraphPanelTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(dir.isValid());
+        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
+        store = std::make_unique<IniStore>(dir.filePath(QStringLiteral("settings.ini")));
+        sources = SourceSet::forLinux();
+        sources->cpuCounters = std::make_unique<ScriptedCpu>();
+        sources->cpu = std::make_unique<CpuUsage>(*sources->cpuCounters);
+        MonitorOptions options;
+        options.dataDir = dir.filePath(QStringLiteral("data"));
+        monitor = std::make_unique<Monitor>(options, clock, *store, *sources, views);
+        ASSERT_TRUE(monitor->startUp());
+        panel = std::make_unique<GraphPanel>(*monitor, host);
+        panel->show();
+    }
+
+    Graph& graph(int g) { return monitor->Sensors.at(size_t(g)); }
+    template <typename W>
+    W* w(const char* name)
+    {
+        W* found = panel->findChild<W*>(QString::fromLatin1(name));
+        EXPECT_NE(found, nullptr) << name;
+        return found;
+    }
+    QString stored(int g, const char* name)
+    {
+        return IniStore(store->fileName()).readValue(sensorKey(g), QString::fromLatin1(name), QStringLiteral("<none>"));
+    }
+    QByteArray fileBytes()
+    {
+        QFile f(store->fileName());
+        EXPECT_TRUE(f.open(QIODevice::ReadOnly));
+        return f.readAll();
+    }
+    // Types into a line edit and presses Return, as a user does.
+    void enter(const char* name, const QString& text)
+    {
+        auto* edit = w<QLineEdit>(name);
+        edit->selectAll();
+        QTest::keyClicks(edit, text);
+        QTest::keyClick(edit, Qt::Key_Return);
+    }
+    void pick(const char* combo, const QString& text)
+    {
+        auto* c = w<QComboBox>(combo);
+        const int i = c->findText(text);
+        ASSERT_GE(i, 0) << text.toStdString();
+        c->setCurrentIndex(i);
+        emit c->activated(i);
+    }
+
+    QTemporaryDir dir;
+    ManualClock clock;
+    std::unique_ptr<IniStore> store;
+    std::unique_ptr<SourceSet> sources;
+    RecordingViews views;
+    std::unique_ptr<Monitor> monitor;
+    RecordingHost host;
+    std::unique_ptr<GraphPanel> panel;
+};
+
+TEST_F(GraphPanelTest, LoadFillsControlsAndWritesNothing)
+{
+    EXPECT_EQ(panel->graph(), -1);
+    monitor->AddSensor(false);
+    ASSERT_EQ(ChangeType(*monitor, 1, 0, RamType).result, EditResult::Done);  // MBytes on a bytes Graph
+    Graph& g = graph(1);
+    g.GraphType = SystrayIcon;
+    g.IconType = 4;
+    g.AutoRange = false;
+    g.LegendMax = 250.5;
+    g.Opacity = 128;
+    g.Description = QStringLiteral("Memory");
+    g.Visible = false;
+    monitor->AddSensor(true);
+    monitor->SaveSettings();
+    const QByteArray before = fileBytes();
+
+    panel->load(1);
+    EXPECT_EQ(panel->graph(), 1);
+    EXPECT_EQ(w<QLabel>("lblPanelTitle")->text(), g.Name);
+    EXPECT_TRUE(w<QToolButton>("imgGraphType(2)")->isChecked());
+    EXPECT_FALSE(w<QCheckBox>("chkAutoLimits")->isChecked());
+    EXPECT_TRUE(w<QLineEdit>("txtMaxLimits")->isEnabled());
+    EXPECT_EQ(w<QLineEdit>("txtMaxLimits")->text(), QStringLiteral("250.5"));
+    EXPECT_EQ(w<QComboBox>("cmbDataMagnitude")->currentText(), QStringLiteral("Mbytes"));
+    EXPECT_EQ(w<QSlider>("sldOpacity")->value(), 128);
+    EXPECT_TRUE(w<QComboBox>("cmbIconType")->isVisible());
+    EXPECT_EQ(w<QComboBox>("cmbIconType")->currentText(), QStringLiteral("Graph - 3 Nodes per icon"));
+    EXPECT_EQ(w<QLineEdit>("txtGraphDescription")->text(), QStringLiteral("Memory"));
+    EXPECT_FALSE(w<QToolButton>("imgVisibleSensor")->isChecked());
+    EXPECT_FALSE(w<QWidget>("fraLogViewer")->isVisible());
+
+    // A Log Graph shows its span, inert for now.
+    graph(2).LogStart = 20240229235958.0;
+    panel->load(2);
+    EXPECT_TRUE(w<QWidget>("fraLogViewer")->isVisible());
+    EXPECT_FALSE(w<QDateTimeEdit>("DTPickerStart")->isEnabled());
+    EXPECT_EQ(w<QDateTimeEdit>("DTPickerStart")->dateTime(), QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58)));
+    EXPECT_FALSE(w<QComboBox>("cmbIconType")->isVisible());
+    EXPECT_EQ(w<QComboBox>("cmbDataMagnitude")->currentText(), QStringLiteral("mSeconds"));
+
+    panel->load(0);
+    EXPECT_TRUE(w<QToolButton>("imgGraphType(0)")->isChecked());
+    EXPECT_TRUE(w<QCheckBox>("chkAutoLimits")->isChecked());
+    EXPECT_FALSE(w<QComboBox>("cmbDataMagnitude")->isEnabled());
+    EXPECT_EQ(w<QComboBox>("cmbDataMagnitude")->currentText(), QStringLiteral("0-100%"));
+
+    EXPECT_EQ(fileBytes(), before);
+    EXPECT_TRUE(host.calls.isEmpty()) << host.calls.join(QLatin1Char(' ')).toStdString();
+
+    // A Graph index that is gone leaves the panel with nothing to edit.
+    panel->load(7);
+    EXPECT_FALSE(panel->isEnabled());
+}
+
+TEST_F(GraphPanelTest, SampleSecondsBoxAndArrows)
+{
+    graph(0).SampleEverySeconds = 0;  // a bad stored value: loading shows it, Return corrects it
+    panel->load(0);
+    EXPECT_EQ(w<QLineEdit>("txtSampleSeconds")->text(), QStringLiteral("0"));
+    QSignalSpy errors(panel.get(), &GraphPanel::sensorError);
+    enter("txtSampleSeconds", QStringLiteral("0"));
+    EXPECT_EQ(w<QLineEdit>("txtSampleSeconds")->text(), QStringLiteral("1"));
+    EXPECT_EQ(graph(0).SampleEverySeconds, 1);
+    enter("txtSampleSeconds", QStringLiteral("12"));
+    EXPECT_EQ(stored(0, "SampleEverySeconds"), QStringLiteral("12"));
+    EXPECT_EQ(w<QScrollBar>("vscSeconds")->value(), 12);
+    enter("txtSampleSeconds", QStringLiteral("abc"));
+    EXPECT_EQ(w<QLineEdit>("txtSampleSeconds")->text(), QStringLiteral("1"));
+    EXPECT_EQ(stored(0, "SampleEverySeconds"), QStringLiteral("1"));
+
+    // The up arrow raises the interval.
+    auto* arrows = w<QScrollBar>("vscSeconds");
+    arrows->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    EXPECT_EQ(w<QLineEdit>("txtSampleSeconds")->text(), QStringLiteral("2"));
+    EXPECT_EQ(stored(0, "SampleEverySeconds"), QStringLiteral("2"));
+
+    // The Speed Test's option list is not reachable from here, so its minimum
+    // cannot raise the interval and no error text shows.
+    ASSERT_EQ(ChangeType(*monitor, 0, 0, SpeedTestType).result, EditResult::Done);
+    monitor->TestSetupLoaded = true;
+    enter("txtSampleSeconds", QStringLiteral("3"));
+    EXPECT_EQ(graph(0).SampleEverySeconds, 3);
+    EXPECT_EQ(errors.count(), 0);
+    EXPECT_TRUE(host.calls.isEmpty());
+}
+
+TEST_F(GraphPanelTest, ScaleControls)
+{
+    panel->load(0);
+    auto* autoLimits = w<QCheckBox>("chkAutoLimits");
+    const char* maxControls[] = {"lblMaxLimits", "txtMaxLimits", "vscMaximum", "cmbDataMagnitude"};
+    ASSERT_TRUE(autoLimits->isChecked());
+    for (const char* name : maxControls)
+        EXPECT_FALSE(w<QWidget>(name)->isEnabled()) << name;
+    QTest::mouseClick(autoLimits, Qt::LeftButton);
+    for (const char* name : maxControls)
+        EXPECT_TRUE(w<QWidget>(name)->isEnabled()) << name;
+    EXPECT_EQ(stored(0, "AutoRange"), QStringLiteral("False"));
+    EXPECT_EQ(host.calls, QStringList{QStringLiteral("redraw:0")});
+
+    enter("txtMaxLimits", QStringLiteral("250abc"));
+    EXPECT_EQ(graph(0).LegendMax, 250.0);
+    EXPECT_EQ(w<QLineEdit>("txtMaxLimits")->text(), QStringLiteral("250"));
+    EXPECT_EQ(w<QScrollBar>("vscMaximum")->value(), 250);
+    enter("txtMaxLimits", QStringLiteral("xyz"));
+    EXPECT_EQ(stored(0, "LegendMax"), QStringLiteral("0"));
+    w<QScrollBar>("vscMaximum")->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    EXPECT_EQ(stored(0, "LegendMax"), QStringLiteral("1"));
+
+    QTest::mouseClick(autoLimits, Qt::LeftButton);
+    for (const char* name : maxControls)
+        EXPECT_FALSE(w<QWidget>(name)->isEnabled()) << name;
+    EXPECT_TRUE(graph(0).AutoRange);
+
+    // Units: a seconds Graph and a bytes Graph.
+    ASSERT_EQ(ChangeType(*monitor, 0, 0, PingType).result, EditResult::Done);
+    panel->load(0);
+    pick("cmbDataMagnitude", QStringLiteral("mSeconds"));
+    pick("cmbDataMagnitude", QStringLiteral("Hours"));
+    EXPECT_EQ(stored(0, "DataMagnitude"), QStringLiteral("3600"));
+    EXPECT_EQ(stored(0, "LegendUnits"), QStringLiteral("Hours"));
+    pick("cmbDataMagnitude", QStringLiteral("mSeconds"));
+    EXPECT_EQ(graph(0).DataMagnitude, 0.001);
+    ASSERT_EQ(ChangeType(*monitor, 0, 0, RamType).result, EditResult::Done);
+    panel->load(0);
+    pick("cmbDataMagnitude", QStringLiteral("Kbytes"));
+    EXPECT_EQ(stored(0, "DataMagnitude"), QStringLiteral("10"));
+    EXPECT_EQ(stored(0, "LegendUnits"), QStringLiteral("Kbytes"));
+    pick("cmbDataMagnitude", QStringLiteral("0-100%"));
+    EXPECT_EQ(stored(0, "DataType"), QStringLiteral("percent"));
+    EXPECT_EQ(graph(0).DataMagnitude, -1.0);
+    EXPECT_EQ(host.calls.count(QStringLiteral("redraw:0")), 10);
+
+    QTest::mouseClick(w<QCheckBox>("chkDisplayAsBytesPerSecond"), Qt::LeftButton);
+    EXPECT_EQ(stored(0, "DisplayAsBytesPerSecond"), QStringLiteral("True"));
+    EXPECT_EQ(host.calls.last(), QStringLiteral("redraw:0"));
+}
+
+TEST_F(GraphPanelTest, ColourPickStoresBgrAndCancelStoresNothing)
+{
+    monitor->AddSensor(false);
+    panel->load(1);
+    QColor offered;
+    panel->chooseColour = [&](const QColor& initial) -> std::optional<QColor> {
+        offered = initial;
+        return QColor(0x12, 0x34, 0x56);
+    };
+    QTest::mouseClick(w<QToolButton>("lblGraphColors(0)"), Qt::LeftButton);
+    EXPECT_EQ(offered, QColor(255, 255, 255));  // a new Graph's white background
+    EXPECT_EQ(graph(1).GraphBackColor, 0x563412);
+    EXPECT_EQ(stored(1, "GraphBackColor"), QString::number(0x563412));
+    QTest::mouseClick(w<QToolButton>("lblGraphColors(6)"), Qt::LeftButton);
+    EXPECT_EQ(offered, QColor(255, 0, 0));  // the cross-hair's 255 is red
+    EXPECT_EQ(graph(1).GraphCrossHairColor, 0x563412);
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("redraw:1"), QStringLiteral("redraw:1")}));
+
+    const QByteArray before = fileBytes();
+    panel->chooseColour = [](const QColor&) -> std::optional<QColor> { return std::nullopt; };
+    QTest::mouseClick(w<QToolButton>("lblGraphColors(3)"), Qt::LeftButton);
+    panel->chooseColour = [](const QColor&) -> std::optional<QColor> { return QColor(); };
+    QTest::mouseClick(w<QToolButton>("lblGraphColors(3)"), Qt::LeftButton);
+    EXPECT_EQ(graph(1).GraphNameColor, 0xFF0000);
+    EXPECT_EQ(fileBytes(), before);
+    EXPECT_EQ(host.calls.size(), 2);
+}
+
+TEST_F(GraphPanelTest, DisplayTilesChangeGraphType)
+{
+    panel->load(0);
+    QSignalSpy tree(panel.get(), &GraphPanel::treeChanged);
+    QTest::mouseClick(w<QToolButton>("imgGraphType(1)"), Qt::LeftButton);
+    EXPECT_EQ(stored(0, "GraphType"), QStringLiteral("2"));
+    EXPECT_EQ(host.calls, QStringList{QStringLiteral("type:0")});
+    EXPECT_EQ(tree.count(), 1);
+    EXPECT_TRUE(w<QToolButton>("imgGraphType(1)")->isChecked());
+    EXPECT_FALSE(w<QToolButton>("imgGraphType(0)")->isChecked());
+
+    // The tile of the Graph's own kind changes nothing and stays checked.
+    QTest::mouseClick(w<QToolButton>("imgGraphType(1)"), Qt::LeftButton);
+    EXPECT_TRUE(w<QToolButton>("imgGraphType(1)")->isChecked());
+    EXPECT_EQ(host.calls.size(), 1);
+    EXPECT_EQ(tree.count(), 1);
+
+    // Systray Icons brings the icon layout, whose pick lays the icons out again.
+    QTest::mouseClick(w<QToolButton>("imgGraphType(2)"), Qt::LeftButton);
+    EXPECT_EQ(graph(0).GraphType, int(SystrayIcon));
+    ASSERT_TRUE(w<QComboBox>("cmbIconType")->isVisible());
+    pick("cmbIconType", QStringLiteral("Numbers - 1 Node per icon 0-999"));
+    EXPECT_EQ(stored(0, "IconType"), QStringLiteral("3"));
+    EXPECT_EQ(host.calls.last(), QStringLiteral("nodes:0"));
+
+    for (int k : {27, 28}) {
+        QTest::mouseClick(w<QToolButton>(QStringLiteral("imgGraphType(%1)").arg(k).toLatin1().constData()),
+                          Qt::LeftButton);
+        EXPECT_EQ(graph(0).GraphType, k + 1);
+    }
+    EXPECT_FALSE(w<QComboBox>("cmbIconType")->isVisible());
+}
+
+TEST_F(GraphPanelTest, WindowFlagsVisibilityAndDescriptionAreSaved)
+{
+    panel->load(0);
+    struct Flag {
+        const char* control;
+        const char* key;
+        const char* follow;
+    };
+    for (const Flag& f : {Flag{"chkTopMost", "TopMost", "topmost:0"}, Flag{"chkTrans", "Transparent", "trans:0"},
+                          Flag{"chkTransUnits", "TransLegend", "trans:0"}, Flag{"chkTransGrid", "TransGrid", "trans:0"},
+                          Flag{"chkDisableCrossHair", "DisableCrossHair", nullptr}}) {
+        auto* box = w<QCheckBox>(f.control);
+        const QString was = stored(0, f.key);
+        host.calls.clear();
+        QTest::mouseClick(box, Qt::LeftButton);
+        EXPECT_NE(stored(0, f.key), was) << f.control;
+        EXPECT_EQ(stored(0, f.key), box->isChecked() ? QStringLiteral("True") : QStringLiteral("False")) << f.control;
+        EXPECT_EQ(host.calls, f.follow ? QStringList{QString::fromLatin1(f.follow)} : QStringList{}) << f.control;
+    }
+
+    host.calls.clear();
+    w<QSlider>("sldOpacity")->triggerAction(QAbstractSlider::SliderPageStepSub);
+    EXPECT_EQ(graph(0).Opacity, 255 - 16);
+    EXPECT_EQ(stored(0, "Opacity"), QString::number(255 - 16));
+    EXPECT_EQ(host.calls, QStringList{QStringLiteral("opacity:0")});
+
+    host.calls.clear();
+    QTest::mouseClick(w<QToolButton>("imgVisibleSensor"), Qt::LeftButton);
+    EXPECT_EQ(stored(0, "Visible"), QStringLiteral("False"));
+    QTest::mouseClick(w<QToolButton>("imgVisibleSensor"), Qt::LeftButton);
+    EXPECT_TRUE(graph(0).Visible);
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("visible:0"), QStringLiteral("visible:0")}));
+
+    host.calls.clear();
+    enter("txtGraphDescription", QStringLiteral("Load of both cores"));
+    EXPECT_EQ(stored(0, "Description"), QStringLiteral("Load of both cores"));
+    EXPECT_EQ(host.calls, QStringList{QStringLiteral("captions:0")});
+}
+
+TEST_F(GraphPanelTest, StaleGraphIndexWritesNothing)
+{
+    monitor->AddSensor(false);
+    panel->load(1);
+    const Graph gone = graph(1);
+    monitor->Sensors.pop_back();  // as a structural edit elsewhere would leave it
+    const QByteArray before = fileBytes();
+    QTest::mouseClick(w<QCheckBox>("chkTopMost"), Qt::LeftButton);
+    QTest::mouseClick(w<QToolButton>("imgGraphType(1)"), Qt::LeftButton);
+    enter("txtSampleSeconds", QStringLiteral("9"));
+    EXPECT_EQ(fileBytes(), before);
+    EXPECT_TRUE(host.calls.isEmpty());
+    monitor->Sensors.push_back(gone);
+}
+
+}  // namespace
+}  // namespace orm::test
