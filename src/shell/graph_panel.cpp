@@ -206,8 +206,8 @@ void GraphPanel::sampleSecondsEntered()
     if (!graph || (graph->SampleEverySeconds >= 1 && txtSampleSeconds_->text() == QString::number(graph->SampleEverySeconds)))
         return;
     const int g = graph_;
-    // Saves by itself; the Speed Test option list that gives the minimum is not here yet.
-    const IntervalChange r = setSampleSeconds(monitor_, g, txtSampleSeconds_->text(), {});
+    // Saves by itself.
+    const IntervalChange r = setSampleSeconds(monitor_, g, txtSampleSeconds_->text(), speedTestMinimum);
     showSeconds(r.seconds);
     if (!r.sensorError.isEmpty())
         emit sensorError(r.sensorError);

@@ -7,6 +7,8 @@
 #include "core/model.h"
 
 #include <QColor>
+#include "core/editing.h"
+
 #include <QWidget>
 #include <array>
 #include <functional>
@@ -40,6 +42,9 @@ public:
 
     // The colour dialog; an empty result (or an invalid colour) is a cancel.
     std::function<std::optional<QColor>(const QColor& initial)> chooseColour;
+    // The fewest seconds the Speed Test's download option allows; empty while
+    // no option list has been fetched.
+    SpeedTestMinimum speedTestMinimum;
 
 signals:
     void treeChanged();

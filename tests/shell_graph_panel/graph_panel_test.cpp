@@ -181,13 +181,21 @@ TEST_F(GraphPanelTest, SampleSecondsBoxAndArrows)
     EXPECT_EQ(w<QLineEdit>("txtSampleSeconds")->text(), QStringLiteral("2"));
     EXPECT_EQ(stored(0, "SampleEverySeconds"), QStringLiteral("2"));
 
-    // The Speed Test's option list is not reachable from here, so its minimum
-    // cannot raise the interval and no error text shows.
+    // Without an option list the Speed Test sets no minimum.
     ASSERT_EQ(ChangeType(*monitor, 0, 0, SpeedTestType).result, EditResult::Done);
     monitor->TestSetupLoaded = true;
     enter("txtSampleSeconds", QStringLiteral("3"));
     EXPECT_EQ(graph(0).SampleEverySeconds, 3);
     EXPECT_EQ(errors.count(), 0);
+
+    // With one, a shorter interval is raised to the option's minimum and the error label says why.
+    graph(0).Nodes[0].VDDownloadSize = 2;
+    panel->speedTestMinimum = [](qint32 option) { return option == 2 ? 30 : 0; };
+    enter("txtSampleSeconds", QStringLiteral("5"));
+    EXPECT_EQ(w<QLineEdit>("txtSampleSeconds")->text(), QStringLiteral("30"));
+    EXPECT_EQ(stored(0, "SampleEverySeconds"), QStringLiteral("30"));
+    ASSERT_EQ(errors.count(), 1);
+    EXPECT_EQ(errors.takeFirst().at(0).toString(), SpeedTestMinimumText);
     EXPECT_TRUE(host.calls.isEmpty());
 }
 
