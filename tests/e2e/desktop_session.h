@@ -86,19 +86,28 @@ inline int runOnVirtualDesktop(int argc, char** argv)
         listing = listing || qstrcmp(argv[i], "--gtest_list_tests") == 0;
     const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
     if (!listing && !xvfb.isEmpty() && !QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty()) {
-        // A display number no other server holds (tests may run side by side).
-        int n = 90 + getpid() % 100;
-        while (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(n)) && n < 400)
-            ++n;
-        const QString d = QStringLiteral(":%1").arg(n);
-        auto x = std::make_unique<QProcess>();
-        x->start(xvfb, {d, QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-        if (x->waitForStarted(5000)) {
-            qputenv("DISPLAY", d.toLocal8Bit());
-            for (int i = 0; i < 50 && !QFile::exists(QStringLiteral("/tmp/.X11-unix/X") + d.mid(1)); ++i)
+        // A display number no other server holds (tests may run side by side): a
+        // server that finds its number taken ends at once, and the next is tried.
+        for (int n = 90 + getpid() % 100, tries = 0; display.isEmpty() && tries < 20; ++n, ++tries) {
+            if (QFile::exists(QStringLiteral("/tmp/.X%1-lock").arg(n)))
+                continue;
+            const QString d = QStringLiteral(":%1").arg(n);
+            auto x = std::make_unique<QProcess>();
+            x->start(xvfb, {d, QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+            if (!x->waitForStarted(5000))
+                break;
+            for (int i = 0; i < 50 && x->state() == QProcess::Running &&
+                            !QFile::exists(QStringLiteral("/tmp/.X11-unix/X") + d.mid(1));
+                 ++i)
                 QThread::msleep(100);
+            QThread::msleep(300);
+            if (x->state() != QProcess::Running)
+                continue;
+            qputenv("DISPLAY", d.toLocal8Bit());
             display = d;
             helpers.push_back(std::move(x));
+        }
+        if (!display.isEmpty()) {
             for (const char* extra : {"openbox", "trayer"}) {
                 const QString path = QStandardPaths::findExecutable(QString::fromLatin1(extra));
                 if (path.isEmpty())
