@@ -186,12 +186,7 @@ TypeChange ChangeType(Monitor& m, int graph, int node, int code)
 
 int sampleSecondsOf(const QString& text)
 {
-    const double v = std::floor(leadingNumber(text));
-    if (!(v >= 1))  // also NaN
-        return 1;
-    if (v > double(std::numeric_limits<qint32>::max()))
-        return std::numeric_limits<qint32>::max();
-    return int(v);
+    return countAtLeastOne(text);
 }
 
 IntervalChange setSampleSeconds(Monitor& m, int graph, const QString& text, const SpeedTestMinimum& minimum)

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <limits>
 
 namespace orm {
 
@@ -75,6 +76,16 @@ std::optional<bool> parseBool(const QString& text)
     if (t.compare(QStringLiteral("False"), Qt::CaseInsensitive) == 0)
         return false;
     return std::nullopt;
+}
+
+int countAtLeastOne(const QString& text)
+{
+    const double v = std::floor(leadingNumber(text));
+    if (!(v >= 1))  // also NaN
+        return 1;
+    if (v > double(std::numeric_limits<qint32>::max()))
+        return std::numeric_limits<qint32>::max();
+    return int(v);
 }
 
 }  // namespace orm

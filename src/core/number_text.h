@@ -13,6 +13,8 @@ QString numberText(double value);
 // The numeric value of a text's leading number ("12abc" is 12, "abc" is 0),
 // the way stored values are read.
 double leadingNumber(const QString& text);
+// A count typed into a box: the whole part of its leading number, below 1 is 1.
+int countAtLeastOne(const QString& text);
 
 // "True" or "False".
 QString boolText(bool value);

@@ -2,11 +2,12 @@
 // graph_panel.cpp.
 #include "shell/graph_panel.h"
 
+#include "shell/colour_choice.h"
+
 #include "core/catalogue.h"
 #include "shell/panel_host.h"
 
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QGridLayout>
@@ -66,12 +67,7 @@ const char* const ColourCaptions[7] = {"Background", "Border",      "Grid",     
 GraphPanel::GraphPanel(Monitor& monitor, PanelHost& host, QWidget* parent)
     : QWidget(parent), monitor_(monitor), host_(host)
 {
-    chooseColour = [this](const QColor& initial) -> std::optional<QColor> {
-        const QColor c = QColorDialog::getColor(initial, this);
-        if (!c.isValid())
-            return std::nullopt;
-        return c;
-    };
+    chooseColour = [this](const QColor& initial) { return askColour(initial, this); };
     build();
     connectControls();
     setEnabled(false);  // nothing to edit until a Graph is loaded

@@ -4,13 +4,13 @@
 #include "core/editing.h"
 #include "core/monitor.h"
 #include "display/colors.h"
+#include "shell/colour_choice.h"
 #include "shell/node_panel_rules.h"
 #include "shell/node_type_tiles.h"
 #include "shell/panel_host.h"
 #include "shell/ping_frame.h"
 #include "shell/process_list.h"
 
-#include <QColorDialog>
 #include <QComboBox>
 #include <QFrame>
 #include <QLabel>
@@ -43,12 +43,7 @@ NodePanel::NodePanel(Monitor& monitor, PanelHost& host, QWidget* parent)
     : QWidget(parent), monitor_(monitor), host_(host)
 {
     setObjectName(QStringLiteral("pctOptionFrame(1)"));
-    chooseColour = [this](const QColor& initial) -> std::optional<QColor> {
-        const QColor c = QColorDialog::getColor(initial, this);
-        if (!c.isValid())
-            return std::nullopt;
-        return c;
-    };
+    chooseColour = [this](const QColor& initial) { return askColour(initial, this); };
     build();
 }
 

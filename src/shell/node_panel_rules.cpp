@@ -71,12 +71,7 @@ QString driveOfEntry(const QString& entry, const QStringList& driveNames)
 
 int averagingSamplesOf(const QString& text)
 {
-    const double v = std::floor(leadingNumber(text));
-    if (!(v >= 1))  // also NaN
-        return 1;
-    if (v > double(std::numeric_limits<qint32>::max()))
-        return std::numeric_limits<qint32>::max();
-    return int(v);
+    return countAtLeastOne(text);
 }
 
 QString memoryTotalText(const QString& caption, double bytes)
