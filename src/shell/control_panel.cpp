@@ -128,6 +128,7 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
                 treeMouse(buttons, x, y, nothing, graph, node);
             });
     connect(tree_, &VistaTree::renameCommitted, this, &ControlPanel::renamed);
+    connect(tree_, &VistaTree::settled, this, &ControlPanel::updateWidgetMap);
     connect(tree_, &VistaTree::collapseChanged, this,
             [this](const QString&, const QString& tag, bool c) { collapsed(tag, c); });
 

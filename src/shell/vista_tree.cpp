@@ -3,6 +3,7 @@
 #include "core/catalogue.h"
 
 #include <QEvent>
+#include <QSet>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -71,6 +72,9 @@ VistaTree::VistaTree(QWidget* parent) : QWidget(parent)
     m_scrollTimer = new QTimer(this);
     m_scrollTimer->setInterval(30);
     connect(m_scrollTimer, &QTimer::timeout, this, [this] { scrollBy(m_scrollStep); });
+    m_animTimer = new QTimer(this);
+    m_animTimer->setInterval(G::AnimationInterval);
+    connect(m_animTimer, &QTimer::timeout, this, &VistaTree::animationStep);
 
     m_edit = new QLineEdit(this);
     m_edit->hide();
@@ -101,6 +105,12 @@ void VistaTree::rebuild(const std::vector<Graph>& graphs)
 {
     m_editTag.clear();  // an open rename refers to rows that are going
     m_edit->hide();
+    QSet<QString> before;
+    for (const TreeParent& r : m_rows) {
+        before.insert(r.Key);
+        for (const TreeChild& c : r.Children)
+            before.insert(c.Key);
+    }
     m_rows.clear();
     for (size_t i = 0; i < graphs.size(); ++i) {
         const Graph& g = graphs[i];
@@ -116,6 +126,21 @@ void VistaTree::rebuild(const std::vector<Graph>& graphs)
     if (!validParent(m_selParent) || (m_selChild >= 0 && !validChild(m_selParent, m_selChild))) {
         m_selParent = -1;
         m_selChild = -1;
+    }
+    // Rows that were not there before grow in (not on the first fill).
+    if (!before.isEmpty()) {
+        for (TreeParent& r : m_rows) {
+            if (!before.contains(r.Key)) {
+                r.Height = 0;
+                r.State = RowState::Added;
+            }
+            for (TreeChild& c : r.Children)
+                if (!before.contains(c.Key)) {
+                    c.Height = 0;
+                    c.State = RowState::Added;
+                }
+        }
+        startAnimation();
     }
     scrollBy(0);
     update();
@@ -273,15 +298,86 @@ void VistaTree::SelectItem(int parent, int child, bool silent, bool scrollIntoVi
     }
 }
 
+bool VistaTree::branchShown(const TreeParent& r) const
+{
+    return !r.Children.empty() && (!r.Collapsed || r.State == RowState::Collapse);
+}
+
+int VistaTree::branchHeight(const TreeParent& r) const
+{
+    if (!branchShown(r))
+        return 0;
+    int h = G::CapHeight;
+    for (const TreeChild& c : r.Children)
+        h += c.Height;
+    return h;
+}
+
 int VistaTree::contentHeight() const
 {
     int h = 0;
-    for (const TreeParent& r : m_rows) {
-        h += G::RowHeight;
-        if (!r.Collapsed && !r.Children.empty())
-            h += int(r.Children.size()) * G::RowHeight + G::CapHeight;
-    }
+    for (const TreeParent& r : m_rows)
+        h += r.Height + branchHeight(r);
     return h;
+}
+
+bool VistaTree::animating() const
+{
+    for (const TreeParent& r : m_rows) {
+        if (r.State != RowState::None)
+            return true;
+        for (const TreeChild& c : r.Children)
+            if (c.State != RowState::None)
+                return true;
+    }
+    return false;
+}
+
+void VistaTree::startAnimation()
+{
+    if (animating() && !m_animTimer->isActive())
+        m_animTimer->start();
+}
+
+void VistaTree::animationStep()
+{
+    const auto grow = [](int& h, RowState& state) {
+        h = std::min(G::RowHeight, h + G::AnimationStep);
+        if (h == G::RowHeight)
+            state = RowState::None;
+    };
+    for (TreeParent& r : m_rows) {
+        if (r.State == RowState::Added)
+            grow(r.Height, r.State);
+        for (TreeChild& c : r.Children)
+            if (c.State == RowState::Added)
+                grow(c.Height, c.State);
+        if (r.State == RowState::Collapse || r.State == RowState::Expand) {
+            const int step = r.State == RowState::Collapse ? -G::AnimationStep : G::AnimationStep;
+            bool done = true;
+            for (TreeChild& c : r.Children) {
+                c.Height = std::clamp(c.Height + step, 0, int(G::RowHeight));
+                done = done && (c.Height == 0 || c.Height == G::RowHeight);
+            }
+            if (done) {
+                for (TreeChild& c : r.Children)
+                    c.Height = G::RowHeight;  // ready for the next opening
+                r.State = RowState::None;
+            }
+        }
+    }
+    scrollBy(0);
+    update();
+    if (!animating()) {
+        m_animTimer->stop();
+        emit settled();
+    }
+}
+
+void VistaTree::finishAnimations()
+{
+    for (int i = 0; i < 2 * G::RowHeight && animating(); ++i)
+        animationStep();
 }
 
 int VistaTree::rowTop(int parent, int child) const
@@ -289,17 +385,17 @@ int VistaTree::rowTop(int parent, int child) const
     if (!validParent(parent) || (child >= 0 && !validChild(parent, child)))
         return -1;
     int y = -m_scroll;
-    for (int i = 0; i < parent; ++i) {
-        const TreeParent& r = m_rows[size_t(i)];
-        y += G::RowHeight;
-        if (!r.Collapsed && !r.Children.empty())
-            y += int(r.Children.size()) * G::RowHeight + G::CapHeight;
-    }
+    for (int i = 0; i < parent; ++i)
+        y += m_rows[size_t(i)].Height + branchHeight(m_rows[size_t(i)]);
     if (child < 0)
         return y;
-    if (m_rows[size_t(parent)].Collapsed)
+    const TreeParent& r = m_rows[size_t(parent)];
+    if (!branchShown(r))
         return -1;
-    return y + G::RowHeight + child * G::RowHeight;
+    y += r.Height;
+    for (int j = 0; j < child; ++j)
+        y += r.Children[size_t(j)].Height;
+    return y;
 }
 
 bool VistaTree::scrollable() const
@@ -335,7 +431,7 @@ TreeHit VistaTree::hitTest(QPoint p) const
     int y = -m_scroll;
     for (int i = 0; i < int(m_rows.size()); ++i) {
         const TreeParent& r = m_rows[size_t(i)];
-        if (p.y() >= y && p.y() < y + G::RowHeight) {
+        if (p.y() >= y && p.y() < y + r.Height) {
             const int inRow = p.y() - y;
             hit.parent = i;
             if (inGlyph(x, inRow, G::CollapseX))
@@ -348,11 +444,12 @@ TreeHit VistaTree::hitTest(QPoint p) const
                 hit.part = TreeHit::Body;
             return hit;
         }
-        y += G::RowHeight;
-        if (r.Collapsed || r.Children.empty())
+        y += r.Height;
+        if (!branchShown(r))
             continue;
         for (int j = 0; j < int(r.Children.size()); ++j) {
-            if (p.y() >= y && p.y() < y + G::RowHeight) {
+            const int h = r.Children[size_t(j)].Height;
+            if (p.y() >= y && p.y() < y + h) {
                 if (x < G::ChildX)
                     return hit;  // the margin left of a Node is nothing
                 hit.parent = i;
@@ -360,7 +457,7 @@ TreeHit VistaTree::hitTest(QPoint p) const
                 hit.part = inGlyph(x, p.y() - y, G::CloseX) ? TreeHit::CloseGlyph : TreeHit::Body;
                 return hit;
             }
-            y += G::RowHeight;
+            y += h;
         }
         y += G::CapHeight;
     }
@@ -379,6 +476,12 @@ void VistaTree::mousePressEvent(QMouseEvent* e)
     case TreeHit::CollapseGlyph: {
         TreeParent& r = m_rows[size_t(hit.parent)];
         r.Collapsed = !r.Collapsed;
+        // The Nodes slide away, or back in from nothing.
+        r.State = r.Collapsed ? RowState::Collapse : RowState::Expand;
+        if (!r.Collapsed)
+            for (TreeChild& c : r.Children)
+                c.Height = 0;
+        startAnimation();
         if (r.Collapsed && m_selParent == hit.parent && m_selChild >= 0)
             SelectItem(hit.parent, -1, false, false);  // the selected Node is folded away
         scrollBy(0);
@@ -545,18 +648,25 @@ void VistaTree::paintEvent(QPaintEvent*)
     int y = -m_scroll;
     for (int i = 0; i < int(m_rows.size()) && y < height(); ++i) {
         const TreeParent& r = m_rows[size_t(i)];
-        if (y + G::RowHeight > 0)
+        // A row shorter than its full height (growing in) shows only its top.
+        if (y + r.Height > 0 && r.Height > 0) {
+            p.setClipRect(0, y, G::RowWidth, r.Height);
             drawRow(p, 0, y, G::RowWidth, r.Title, r.SubText, m_selParent == i && m_selChild < 0,
                     true, r.Collapsed);
-        y += G::RowHeight;
-        if (r.Collapsed || r.Children.empty())
+            p.setClipping(false);
+        }
+        y += r.Height;
+        if (!branchShown(r))
             continue;
         for (int j = 0; j < int(r.Children.size()); ++j) {
-            if (y + G::RowHeight > 0 && y < height())
-                drawRow(p, G::ChildX, y, G::RowWidth - G::ChildX, r.Children[size_t(j)].Title,
-                        r.Children[size_t(j)].SubText, m_selParent == i && m_selChild == j, false,
-                        false);
-            y += G::RowHeight;
+            const TreeChild& c = r.Children[size_t(j)];
+            if (y + c.Height > 0 && y < height() && c.Height > 0) {
+                p.setClipRect(G::ChildX, y, G::RowWidth - G::ChildX, c.Height);
+                drawRow(p, G::ChildX, y, G::RowWidth - G::ChildX, c.Title, c.SubText,
+                        m_selParent == i && m_selChild == j, false, false);
+                p.setClipping(false);
+            }
+            y += c.Height;
         }
         // The foot that closes the branch.
         p.setPen(QColor(0x8c, 0xa6, 0xc8));

@@ -14,6 +14,9 @@ class QTimer;
 
 namespace orm {
 
+// A row's animation: it grows in when added; a branch's Nodes slide away or back.
+enum class RowState { None, Added, Collapse, Expand };
+
 struct TreeChild {
     QString Title;
     QString SubText;
@@ -22,6 +25,8 @@ struct TreeChild {
     bool Extra = false;
     QString Key;
     QString Tag;  // the Node index as decimal text when filled from the model
+    int Height = 32;
+    RowState State = RowState::None;
 };
 
 struct TreeParent {
@@ -34,6 +39,8 @@ struct TreeParent {
     bool Collapsed = false;
     QString Key;
     QString Tag;  // the Graph index as decimal text when filled from the model
+    int Height = 32;
+    RowState State = RowState::None;  // Collapse and Expand move its Nodes
 };
 
 // What lies under a point of the tree.
@@ -59,6 +66,8 @@ struct TreeGeometry {
     static constexpr int ScrollWidth = 15;
     static constexpr int ArrowHeight = 11;
     static constexpr int ScrollStep = 16;
+    static constexpr int AnimationStep = 8;        // pixels per frame
+    static constexpr int AnimationInterval = 15;   // milliseconds per frame
 };
 
 // The hover help for a Graph row (`node` -1) or a Node row; an index out of
@@ -117,6 +126,11 @@ public:
     int contentHeight() const;
     int scrollOffset() const { return m_scroll; }
 
+    // Rows growing in or Nodes sliding; one frame of it, and all frames at once.
+    bool animating() const;
+    void animationStep();
+    void finishAnimations();
+
     QSize sizeHint() const override;
 
 signals:
@@ -132,6 +146,8 @@ signals:
                  bool overNothing, int parent, int child);              // 6
     void renameCommitted(bool isParent, int parent, int child, const QString& text);  // 7
     void collapseChanged(const QString& key, const QString& tag, bool collapsed);      // 8
+    // The rows stand still again after an animation.
+    void settled();
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -148,6 +164,9 @@ private:
     void commitRename();
     void scrollBy(int step);
     bool scrollable() const;
+    int branchHeight(const TreeParent& r) const;
+    bool branchShown(const TreeParent& r) const;
+    void startAnimation();
     void drawRow(QPainter& p, int x, int y, int width, const QString& title, const QString& sub,
                  bool selected, bool isParent, bool collapsed) const;
 
@@ -157,6 +176,7 @@ private:
     int m_scroll = 0;
     int m_scrollStep = 0;
     QTimer* m_scrollTimer = nullptr;
+    QTimer* m_animTimer = nullptr;
     QLineEdit* m_edit = nullptr;
     QString m_editTag;  // "parent|child|True/False" while a rename is open
 };

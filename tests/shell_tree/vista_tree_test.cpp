@@ -92,8 +92,15 @@ TEST_F(Tree, ClicksSelectCollapseCloseAndAdd)
     click(tree, {G::CloseX + 3, tree.rowTop(0, 0) + G::GlyphY + 3});
     click(tree, {G::AddX + 3, network + G::GlyphY + 3});
     click(tree, {G::CollapseX + 3, tree.rowTop(0, -1) + G::GlyphY + 3});
+    // The Nodes slide away over a few frames, then the row below has moved up.
+    ASSERT_TRUE(tree.animating());
+    tree.animationStep();
+    const int sliding = tree.rowTop(1, -1);
+    EXPECT_LT(sliding, network);
+    tree.finishAnimations();
+    EXPECT_FALSE(tree.animating());
     EXPECT_EQ(tree.rowTop(0, 0), -1);
-    EXPECT_LT(tree.rowTop(1, -1), network);  // the Network row moved up
+    EXPECT_LT(tree.rowTop(1, -1), sliding);
 
     EXPECT_EQ(seen, QStringList({"select 0 1 0 1", "close 0 0 0", "add 1",
                                  // folding away the selected Node selects its Graph
@@ -139,6 +146,12 @@ TEST_F(Tree, ScrollsOnlyWhenRowsExceedTheHeight)
 {
     std::vector<Graph> many(20);
     tree.rebuild(many);
+    // The new rows grow in from nothing, a few pixels a frame.
+    ASSERT_TRUE(tree.animating());
+    const int growing = tree.contentHeight();
+    tree.animationStep();
+    EXPECT_GT(tree.contentHeight(), growing);
+    tree.finishAnimations();
     ASSERT_GT(tree.contentHeight(), tree.height());
     EXPECT_FALSE(tree.grab().isNull());  // paints rows, caps and the scroll bar
     click(tree, {G::RowWidth + 5, tree.height() - 3});
