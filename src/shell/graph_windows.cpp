@@ -100,13 +100,18 @@ void GraphWindows::nodesChanged(int graph)
     auto* pic = picture(graph);
     if (!pic)
         return;
+    // Redrawing a long history takes a moment: the window shows the hourglass meanwhile.
+    auto* w = window(graph);
+    if (w)
+        w->setCursor(Qt::WaitCursor);
     pic->SetUpNodes(false);
     pic->InitDraw();
     pic->RedrawGraph();
-    if (auto* w = window(graph)) {
+    if (w) {
         if (monitor_.Sensors[size_t(graph)].Transparent)
             w->MakeClear();
         w->refresh();
+        w->unsetCursor();
     }
     updateTray();
 }
