@@ -42,6 +42,7 @@ public:
         monitor_.SaveSettings();
         for (int i = 0; i < int(monitor_.Sensors.size()); ++i)
             windows_.visibilityChanged(i);
+        panel_->reloadPanel();
     }
     void toggleStartInSystray() override { flip(monitor_.Settings.StartInSystray); }
     void toggleRunAtStartup() override { flip(monitor_.Settings.AutoStart); }
@@ -73,6 +74,7 @@ public:
     {
         if (valid(graph))
             flip(monitor_.Sensors[size_t(graph)].DisableCrossHair);
+        panel_->reloadPanel();
     }
     void ToggleAlwaysOnTop(int graph) override
     {
@@ -81,6 +83,7 @@ public:
         Graph& g = monitor_.Sensors[size_t(graph)];
         flip(g.TopMost);
         windows_.topMostChanged(graph);
+        panel_->reloadPanel();
     }
     void HideGraph(int graph) override
     {
@@ -89,6 +92,7 @@ public:
         monitor_.Sensors[size_t(graph)].Visible = false;
         monitor_.SaveSettings();
         windows_.visibilityChanged(graph);
+        panel_->reloadPanel();
     }
     void AboutOrmivane() override { about(); }
 

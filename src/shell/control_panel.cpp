@@ -187,6 +187,14 @@ void ControlPanel::selectRow(int graph, int node)
     tree_->SelectItem(graph, node, false, true);
 }
 
+void ControlPanel::reloadPanel()
+{
+    int graph = -1, node = -1;
+    selectedGraphAndNode(graph, node);
+    if (graph >= 0)
+        showRow(node < 0, graph, node);
+}
+
 void ControlPanel::showRow(bool isParent, int graph, int node)
 {
     if (graph < 0 || size_t(graph) >= monitor_.Sensors.size())

@@ -45,6 +45,8 @@ public:
     void rebuildTree();
     // Selects a Graph row (`node` -1) or a Node row and shows its panel.
     void selectRow(int graph, int node);
+    // The model changed elsewhere (a graph window's menu): the shown panel reads it again.
+    void reloadPanel();
     // After a tick: the retrieval label and its red state.
     void afterTick();
     // The program is ending: the close event goes through.

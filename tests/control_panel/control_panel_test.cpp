@@ -12,6 +12,7 @@
 #include "shell/node_panel.h"
 #include "shell/vista_tree.h"
 
+#include <QCheckBox>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -244,6 +245,20 @@ TEST_F(ControlPanelTest, HideAndShowAGraphAndANode)
     EXPECT_FALSE(sensors()[0].Nodes[0].NodeVisible);
     panel->toggleVisible(0, -1);
     EXPECT_TRUE(sensors()[0].Visible);
+}
+
+TEST_F(ControlPanelTest, ThePanelFollowsChangesMadeFromAGraphWindow)
+{
+    panel->selectRow(0, -1);
+    auto* topMost = panel->findChild<QCheckBox*>(QStringLiteral("chkTopMost"));
+    ASSERT_NE(topMost, nullptr);
+    ASSERT_FALSE(topMost->isChecked());
+    sensors()[0].TopMost = true;  // as the graph menu's Always on Top does
+    panel->reloadPanel();
+    EXPECT_TRUE(topMost->isChecked());
+    // A click now takes it off again rather than writing a stale value.
+    topMost->click();
+    EXPECT_FALSE(sensors()[0].TopMost);
 }
 
 TEST_F(ControlPanelTest, ToolTipsFollowTheSetting)
