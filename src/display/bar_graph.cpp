@@ -63,6 +63,15 @@ std::vector<QRect> barRects(const Graph& graph, int pHeight)
     return rects;
 }
 
+int barAt(const Graph& graph, int pHeight, QPoint point)
+{
+    const std::vector<QRect> rects = barRects(graph, pHeight);
+    for (size_t i = 0; i < rects.size(); ++i)
+        if (rects[i].contains(point))
+            return int(i);
+    return -1;
+}
+
 int barFrameWidth(const Graph& graph)
 {
     int width = 10;

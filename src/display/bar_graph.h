@@ -39,6 +39,8 @@ int barPixelWidth(const Node& node);
 // y 34, pHeight + 3 high. A hidden Node's bar is an empty rectangle and takes
 // no width, only its gap.
 std::vector<QRect> barRects(const Graph& graph, int pHeight);
+// The Node whose bar lies under a point of the window picture, or -1.
+int barAt(const Graph& graph, int pHeight, QPoint point);
 
 // Width of the plot outline of a Bar Graph: the visible bars, a gap of 5 for
 // every Node, and 10.

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QToolTip>
 #include <QPainter>
 #include <QWindow>
 
@@ -589,6 +590,20 @@ void GraphWindow::mouseMoveEvent(QMouseEvent* event)
     }
     const QPoint local = event->position().toPoint();
     crossHairMove(local.x(), local.y());
+    showBarTip(local, global);
+}
+
+void GraphWindow::showBarTip(QPoint local, QPoint global)
+{
+    Graph* g = graph();
+    if (!g || !picture_ || g->GraphType != BarGraph)
+        return;
+    const int bar = barAt(*g, picture_->geometry().pHeight, local);
+    const QStringList tips = barToolTips(picture_->bars());
+    if (bar >= 0 && bar < tips.size())
+        QToolTip::showText(global, tips[bar], this, {}, BarTipShowMs);
+    else
+        QToolTip::hideText();
 }
 
 void GraphWindow::mouseReleaseEvent(QMouseEvent* event)

@@ -143,6 +143,8 @@ private:
     void eraseCrossHair();
     void showCrossHairLabels(bool visible);
     void showMenu(QPoint global);
+    // The hovered bar's tool-tip: the Node, its type and its value.
+    void showBarTip(QPoint local, QPoint global);
 
     Monitor& monitor_;
     int index_;

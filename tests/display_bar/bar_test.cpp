@@ -84,6 +84,11 @@ TEST(BarGraph, TickSetsLevelsLineEndsTipsAndPaintsTheBars)
     const std::vector<QRect> rects = barRects(g, 200);  // the hidden bar keeps only its gap
     EXPECT_EQ(rects, (std::vector<QRect>{QRect(60, 34, 21, 203), QRect(), QRect(91, 34, 21, 203)}));
     EXPECT_EQ(barFrameWidth(g), 21 + 21 + 15 + 10);
+    // Pointing: the third bar, the gap beside the first, the hidden bar's place, above the bars.
+    EXPECT_EQ(barAt(g, 200, {95, 100}), 2);
+    EXPECT_EQ(barAt(g, 200, {83, 100}), -1);
+    EXPECT_EQ(barAt(g, 200, {60, 236}), 0);
+    EXPECT_EQ(barAt(g, 200, {70, 20}), -1);
 
     BarGraphState state;
     setUpBars(state, g, 100.7, false, {});

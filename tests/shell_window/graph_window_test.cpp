@@ -4,6 +4,7 @@
 #include "core/key_value_store.h"
 #include "core/monitor.h"
 #include "core/source_set.h"
+#include "display/bar_graph.h"
 #include "display/displayed_graph.h"
 #include "shell/graph_menu.h"
 #include "shell/graph_window.h"
@@ -12,6 +13,8 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMenu>
+#include <QMouseEvent>
+#include <QToolTip>
 #include <gtest/gtest.h>
 
 namespace orm {
@@ -175,6 +178,26 @@ TEST_F(GraphWindowTest, TransparentBarGraphTakesTheShapeOfItsParts)
     g().Transparent = true;
     window->MakeClear();
     EXPECT_FALSE(window->shaped());
+}
+
+TEST_F(GraphWindowTest, PointingAtABarShowsItsNodeAndValue)
+{
+    graph.GraphType = BarGraph;
+    graph.Transparent = false;
+    graph.Name = QStringLiteral("Bars");
+    graph.Nodes = {Node{}, Node{}};
+    graph.Nodes[1].Name = QStringLiteral("second");
+    make();
+    window->OpenGraph();
+    window->show();
+    picture->WriteGraph({10, 20}, QStringLiteral("t"), 60, 5);
+    window->refresh();
+    const QRect second = barRects(g(), picture->geometry().pHeight)[1];
+    QMouseEvent move(QEvent::MouseMove, QPointF(second.center()), QPointF(window->mapToGlobal(second.center())),
+                     Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &move);
+    EXPECT_EQ(QToolTip::text(), barToolTips(picture->bars())[1]);
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("second")));
 }
 
 class RecordingActions final : public GraphMenuActions {
