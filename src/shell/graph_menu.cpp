@@ -1,4 +1,6 @@
 #include "shell/graph_menu.h"
+
+#include "shell/banner_menu.h"
 #include "shell/menu_entries.h"
 
 #include <QAction>
@@ -26,7 +28,7 @@ std::vector<GraphMenuEntry> graphMenuEntries()
 
 QMenu* makeGraphMenu(QWidget* parent)
 {
-    auto* menu = new QMenu(parent);
+    auto* menu = new BannerMenu(parent);
     for (const GraphMenuEntry& e : graphMenuEntries())
         addMenuEntry(*menu, e.id, e.text, e.enabled, e.checkable);
     return menu;

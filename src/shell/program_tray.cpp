@@ -2,6 +2,7 @@
 
 #include "core/version.h"
 #include "display/tray_icons.h"
+#include "shell/banner_menu.h"
 
 #include <QAction>
 #include <QMenu>
@@ -47,7 +48,7 @@ QIcon programIcon()
 }
 
 ProgramTray::ProgramTray(const ProgramSettings& settings, TrayMenuActions& actions, QObject* parent)
-    : QObject(parent), settings_(settings), actions_(actions), menu_(std::make_unique<QMenu>())
+    : QObject(parent), settings_(settings), actions_(actions), menu_(std::make_unique<BannerMenu>())
 {
     const QString product = QString::fromLatin1(ProductName);
     addEntry(TrayShowMain, QStringLiteral("&Show ") + product + QStringLiteral("!"));

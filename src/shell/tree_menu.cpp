@@ -1,4 +1,6 @@
 #include "shell/tree_menu.h"
+
+#include "shell/banner_menu.h"
 #include "shell/menu_entries.h"
 
 #include <QAction>
@@ -71,7 +73,7 @@ std::vector<TreeMenuEntry> treeMenuEntries(const std::vector<Graph>& graphs, int
 
 QMenu* makeTreeMenu(QWidget* parent)
 {
-    auto* menu = new QMenu(parent);
+    auto* menu = new BannerMenu(parent);
     for (const TreeMenuEntry& e : treeMenuEntries({}, -1, -1))
         addMenuEntry(*menu, e.id, e.text, e.enabled);
     return menu;

@@ -1,7 +1,10 @@
 #include "shell/tree_menu.h"
+#include "shell/banner_menu.h"
 
 #include <QAction>
+#include <QImage>
 #include <QMenu>
+#include <QPixmap>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -85,3 +88,23 @@ TEST(TreeMenu, ActionsRouteWithTheRowAndIgnoreDismissal)
     actOnTreeMenu(RenameNodeId, graphs, 0, 0, r);
     EXPECT_EQ(r.calls, QStringList({"AddGraph", "DeleteNode 0 0", "Visible 0 -1", "Rename 0 0"}));
 }
+
+namespace orm {
+namespace {
+
+TEST(BannerMenu, EntriesStandRightOfTheBand)
+{
+    std::unique_ptr<QMenu> menu(makeTreeMenu(nullptr));
+    menu->ensurePolished();
+    menu->adjustSize();
+    const QList<QAction*> actions = menu->actions();
+    ASSERT_FALSE(actions.isEmpty());
+    EXPECT_GE(menu->actionGeometry(actions.first()).left(), BannerMenu::BandWidth);
+    const QImage shown = menu->grab().toImage();
+    // The band is dark blue from top to bottom.
+    for (int y : {2, shown.height() / 2, shown.height() - 3})
+        EXPECT_LT(shown.pixelColor(2, y).red(), 0x40) << y;
+}
+
+}  // namespace
+}  // namespace orm
