@@ -199,13 +199,16 @@ void ControlPanel::showRow(bool isParent, int graph, int node)
 {
     if (graph < 0 || size_t(graph) >= monitor_.Sensors.size())
         return;
-    if (isParent) {
+    QWidget* page = isParent ? static_cast<QWidget*>(graphPanel_) : static_cast<QWidget*>(nodePanel_);
+    if (isParent)
         graphPanel_->load(graph);
-        stack_->setCurrentWidget(graphPanel_);
-    } else {
+    else
         nodePanel_->load(graph, node);
-        stack_->setCurrentWidget(nodePanel_);
-    }
+    // Only the page shown asks for room: the scroll bars come when it needs more than there is.
+    for (QWidget* w : {static_cast<QWidget*>(graphPanel_), static_cast<QWidget*>(nodePanel_)})
+        w->setSizePolicy(w == page ? QSizePolicy::Preferred : QSizePolicy::Ignored,
+                         w == page ? QSizePolicy::Preferred : QSizePolicy::Ignored);
+    stack_->setCurrentWidget(page);
 }
 
 void ControlPanel::setSensorError(const QString& text)
