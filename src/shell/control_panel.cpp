@@ -128,7 +128,10 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
                 treeMouse(buttons, x, y, nothing, graph, node);
             });
     connect(tree_, &VistaTree::renameCommitted, this, &ControlPanel::renamed);
-    connect(tree_, &VistaTree::settled, this, &ControlPanel::updateWidgetMap);
+    connect(tree_, &VistaTree::settled, this, [this] {
+        settle();
+        updateWidgetMap();
+    });
     connect(tree_, &VistaTree::collapseChanged, this,
             [this](const QString&, const QString& tag, bool c) { collapsed(tag, c); });
 
@@ -171,6 +174,10 @@ void ControlPanel::selectedGraphAndNode(int& graph, int& node) const
 {
     graph = tree_->selectedParent();
     node = tree_->selectedChild();
+    if (afterRemoval_) {  // a removed row is still shrinking: the row to come counts
+        graph = afterRemoval_->first;
+        node = afterRemoval_->second;
+    }
     if (graph < 0 || size_t(graph) >= monitor_.Sensors.size()) {
         graph = -1;
         node = -1;
@@ -242,12 +249,10 @@ void ControlPanel::deleteNode(int graph, int node)
     const EditResult r = orm::DeleteNode(monitor_, monitor_.store(), *prompts_, graph, node, &GraphWindows::rebind);
     if (r == EditResult::Done) {
         windows_.nodeRemoved(graph, node);
-        rebuildTree();
-        selectRow(graph, std::min(node, int(monitor_.Sensors[size_t(graph)].Nodes.size()) - 1));
+        removeRow(graph, node, graph, std::min(node, int(monitor_.Sensors[size_t(graph)].Nodes.size()) - 1));
     } else if (r == EditResult::GraphDeleted) {
         windows_.graphRemoved(graph);
-        rebuildTree();
-        selectRow(std::min(graph, int(monitor_.Sensors.size()) - 1), -1);
+        removeRow(graph, -1, std::min(graph, int(monitor_.Sensors.size()) - 1), -1);
     }
 }
 
@@ -256,8 +261,27 @@ void ControlPanel::deleteGraph(int graph)
     if (orm::DeleteGraph(monitor_, monitor_.store(), *prompts_, graph, &GraphWindows::rebind) != EditResult::Done)
         return;
     windows_.graphRemoved(graph);
+    removeRow(graph, -1, std::min(graph, int(monitor_.Sensors.size()) - 1), -1);
+}
+
+void ControlPanel::removeRow(int graph, int node, int nextGraph, int nextNode)
+{
+    // The row shrinks away; then the tree is filled anew and the next row chosen.
+    tree_->MarkSelected(graph, node);
+    tree_->DeleteSelectedItem();
+    afterRemoval_ = {nextGraph, nextNode};
+    if (!tree_->animating())
+        settle();
+}
+
+void ControlPanel::settle()
+{
+    if (!afterRemoval_)
+        return;
+    const auto [graph, node] = *afterRemoval_;
+    afterRemoval_.reset();
     rebuildTree();
-    selectRow(std::min(graph, int(monitor_.Sensors.size()) - 1), -1);
+    selectRow(graph, node);
 }
 
 void ControlPanel::toggleVisible(int graph, int node)

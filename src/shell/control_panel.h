@@ -9,6 +9,8 @@
 
 #include <QMainWindow>
 #include <memory>
+#include <optional>
+#include <utility>
 
 class QLabel;
 class QMenu;
@@ -102,6 +104,9 @@ private:
     void treeMouse(Qt::MouseButtons buttons, int x, int y, bool overNothing, int graph, int node);
     void selectedGraphAndNode(int& graph, int& node) const;
     void setSensorError(const QString& text);
+    // A deleted row leaves the tree; `nextGraph`/`nextNode` is selected after.
+    void removeRow(int graph, int node, int nextGraph, int nextNode);
+    void settle();
     // The widget map, when the environment asks for one (ORMIVANE_WIDGET_MAP).
     void updateWidgetMap() const;
 
@@ -118,6 +123,7 @@ private:
     QLabel* lblSensorError_ = nullptr;
     std::unique_ptr<CustomToolTip> tips_;
     bool closing_ = false;
+    std::optional<std::pair<int, int>> afterRemoval_;  // the row to select once a removal settled
 };
 
 // The tray message of a panel closed by its window button.

@@ -105,11 +105,12 @@ void VistaTree::rebuild(const std::vector<Graph>& graphs)
 {
     m_editTag.clear();  // an open rename refers to rows that are going
     m_edit->hide();
+    // The rows there were, by place: a row removed before moved the later ones up.
     QSet<QString> before;
-    for (const TreeParent& r : m_rows) {
-        before.insert(r.Key);
-        for (const TreeChild& c : r.Children)
-            before.insert(c.Key);
+    for (size_t i = 0; i < m_rows.size(); ++i) {
+        before.insert(QStringLiteral("G%1").arg(i));
+        for (size_t j = 0; j < m_rows[i].Children.size(); ++j)
+            before.insert(QStringLiteral("G%1N%2").arg(i).arg(j));
     }
     m_rows.clear();
     for (size_t i = 0; i < graphs.size(); ++i) {
@@ -193,16 +194,17 @@ void VistaTree::DeleteSelectedItem()
     if (m_selChild >= 0) {
         if (!validChild(m_selParent, m_selChild))
             return;
-        auto& kids = m_rows[size_t(m_selParent)].Children;
-        kids.erase(kids.begin() + m_selChild);
+        m_rows[size_t(m_selParent)].Children[size_t(m_selChild)].State = RowState::Delete;
     } else {
         if (!validParent(m_selParent))
             return;
-        m_rows.erase(m_rows.begin() + m_selParent);
+        TreeParent& r = m_rows[size_t(m_selParent)];
+        r.State = RowState::Delete;
+        r.Collapsed = true;  // its Nodes go with it at once
     }
     m_selParent = -1;
     m_selChild = -1;
-    scrollBy(0);
+    startAnimation();
     update();
 }
 
@@ -333,6 +335,18 @@ bool VistaTree::animating() const
     return false;
 }
 
+bool VistaTree::removing() const
+{
+    for (const TreeParent& r : m_rows) {
+        if (r.State == RowState::Delete)
+            return true;
+        for (const TreeChild& c : r.Children)
+            if (c.State == RowState::Delete)
+                return true;
+    }
+    return false;
+}
+
 void VistaTree::startAnimation()
 {
     if (animating() && !m_animTimer->isActive())
@@ -346,12 +360,19 @@ void VistaTree::animationStep()
         if (h == G::RowHeight)
             state = RowState::None;
     };
+    const auto shrink = [](int& h) { h = std::max(0, h - G::AnimationStep); };
     for (TreeParent& r : m_rows) {
         if (r.State == RowState::Added)
             grow(r.Height, r.State);
+        else if (r.State == RowState::Delete)
+            shrink(r.Height);
         for (TreeChild& c : r.Children)
             if (c.State == RowState::Added)
                 grow(c.Height, c.State);
+            else if (c.State == RowState::Delete)
+                shrink(c.Height);
+        // Rows that have shrunk to nothing leave.
+        std::erase_if(r.Children, [](const TreeChild& c) { return c.State == RowState::Delete && c.Height == 0; });
         if (r.State == RowState::Collapse || r.State == RowState::Expand) {
             const int step = r.State == RowState::Collapse ? -G::AnimationStep : G::AnimationStep;
             bool done = true;
@@ -366,6 +387,7 @@ void VistaTree::animationStep()
             }
         }
     }
+    std::erase_if(m_rows, [](const TreeParent& r) { return r.State == RowState::Delete && r.Height == 0; });
     scrollBy(0);
     update();
     if (!animating()) {
@@ -466,6 +488,9 @@ TreeHit VistaTree::hitTest(QPoint p) const
 
 void VistaTree::mousePressEvent(QMouseEvent* e)
 {
+    // While a row shrinks away the places below it are about to change.
+    if (removing())
+        return;
     if (!m_editTag.isEmpty())
         commitRename();  // a click on the surface ends the rename
     const QPoint p = e->position().toPoint();
@@ -532,6 +557,8 @@ void VistaTree::mouseMoveEvent(QMouseEvent* e)
 
 void VistaTree::mouseDoubleClickEvent(QMouseEvent* e)
 {
+    if (removing())
+        return;
     const TreeHit hit = hitTest(e->position().toPoint());
     if (hit.part == TreeHit::Body && e->button() == Qt::LeftButton)
         ForceTitleEdit(hit.child < 0, hit.parent, hit.child);

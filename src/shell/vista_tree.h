@@ -15,7 +15,7 @@ class QTimer;
 namespace orm {
 
 // A row's animation: it grows in when added; a branch's Nodes slide away or back.
-enum class RowState { None, Added, Collapse, Expand };
+enum class RowState { None, Added, Delete, Collapse, Expand };
 
 struct TreeChild {
     QString Title;
@@ -93,6 +93,7 @@ public:
              const QString& subText, int icon, const QString& tag, const QString& key,
              bool collapsed, bool extra);
     void Clear();
+    // The selected row shrinks away and is then removed; the selection is cleared.
     void DeleteSelectedItem();
 
     // Reads; an index out of range gives an empty text.
@@ -128,6 +129,7 @@ public:
 
     // Rows growing in or Nodes sliding; one frame of it, and all frames at once.
     bool animating() const;
+    bool removing() const;
     void animationStep();
     void finishAnimations();
 

@@ -71,11 +71,13 @@ protected:
         QFile f(settingsFile());
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
+    // Clicks a button and lets the tree's animation run out.
     void click(const char* name)
     {
         auto* b = panel->findChild<QToolButton*>(QLatin1String(name));
         ASSERT_NE(b, nullptr) << name;
         b->click();
+        panel->tree()->finishAnimations();
     }
     void tick()
     {

@@ -142,6 +142,25 @@ TEST_F(Tree, RenameCommitsOnEnterAndOnClickingAway)
     EXPECT_EQ(renames.size(), 2);
 }
 
+TEST_F(Tree, ADeletedRowShrinksAwayAndTakesNoClicksMeanwhile)
+{
+    const int network = tree.rowTop(1, -1);
+    tree.MarkSelected(0, 0);
+    tree.DeleteSelectedItem();
+    EXPECT_EQ(tree.selectedParent(), -1);
+    ASSERT_TRUE(tree.removing());
+    tree.animationStep();
+    EXPECT_LT(tree.rowTop(1, -1), network);  // the rows below move up as it shrinks
+    EXPECT_EQ(tree.rows()[0].Children.size(), 2u);
+    int selections = 0;
+    QObject::connect(&tree, &VistaTree::itemSelected, [&] { ++selections; });
+    click(tree, {50, tree.rowTop(1, -1) + 10});
+    EXPECT_EQ(selections, 0);
+    tree.finishAnimations();
+    EXPECT_EQ(tree.rows()[0].Children.size(), 1u);
+    EXPECT_EQ(tree.rowTop(1, -1), network - G::RowHeight);
+}
+
 TEST_F(Tree, ScrollsOnlyWhenRowsExceedTheHeight)
 {
     std::vector<Graph> many(20);
