@@ -197,7 +197,7 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     // The first (CPU) Node goes, after its question is answered Yes.
     ASSERT_TRUE(click(map, QStringLiteral("row(1,0)")));
     ASSERT_TRUE(click(map, QStringLiteral("imgDeleteNode")));
-    waitFor([] { return false; }, 800);
+    ASSERT_TRUE(shown(map, QStringLiteral("QMessageBox")));
     key(QStringLiteral("Return"));
     EXPECT_TRUE(waitFor([&] { return !map.has(QStringLiteral("row(1,2)")); }, 3000));
 
