@@ -374,8 +374,11 @@ void ControlPanel::InitToolTips()
 void ControlPanel::afterTick()
 {
     lblDataRetrieval_->setText(monitor_.retrievalText);
-    lblDataRetrieval_->setStyleSheet(monitor_.retrievalRed ? QStringLiteral("color: rgb(255, 0, 0);")
-                                                           : QStringLiteral("color: rgb(0, 0, 0);"));
+    // A style sheet is re-applied in full when set: only a change of colour sets it, not every tick.
+    const QString colour = monitor_.retrievalRed ? QStringLiteral("color: rgb(255, 0, 0);")
+                                                 : QStringLiteral("color: rgb(0, 0, 0);");
+    if (lblDataRetrieval_->styleSheet() != colour)
+        lblDataRetrieval_->setStyleSheet(colour);
     if (tips_->active())
         tips_->SetTip(lblDataRetrieval_, monitor_.retrievalToolTip());
     updateWidgetMap();

@@ -1,7 +1,7 @@
 // The control panel on a started Monitor with real graph pictures and a real
 // settings file: the tree, the structural edits and what they leave on disk.
 #include "core/catalogue.h"
-#include "core/ini_store.h"
+#include "../monitor/settings_file_monitor.h"
 #include "core/monitor.h"
 #include "display/displayed_graph.h"
 #include "shell/control_panel.h"
@@ -36,28 +36,26 @@ struct ScriptedPrompts final : EditPrompts {
     QStringList asked, stops;
 };
 
-class ControlPanelTest : public ::testing::Test {
+class ControlPanelTest : public ::testing::Test, protected SettingsFileMonitor {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(dir.isValid());
-        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
-        start();
+        startPanel();
     }
-
-    void start()
+    void TearDown() override
     {
         panel.reset();
         windows.reset();
         monitor.reset();
-        store = std::make_unique<IniStore>(settingsFile());
-        sources = SourceSet::forLinux();
-        views = std::make_unique<DisplayedGraphFactory>(QString(), dir.filePath(QStringLiteral("data")));
-        MonitorOptions options;
-        options.dataDir = dir.filePath(QStringLiteral("data"));
-        monitor = std::make_unique<Monitor>(options, clock, *store, *sources, *views);
-        views->bind(monitor->Sensors);
-        ASSERT_TRUE(monitor->startUp());
+    }
+
+    // Starts the program's model, windows and panel anew on the same settings file.
+    void startPanel()
+    {
+        panel.reset();
+        windows.reset();
+        ASSERT_TRUE(start(views, [this](SourceSet&, Monitor& m) { views.bind(m.Sensors); }));
         windows = std::make_unique<GraphWindows>(*monitor);
         windows->setMessenger([this](const QString& t) { messages << t; });
         windows->openAll();
@@ -65,12 +63,6 @@ protected:
         panel->setPrompts(&prompts);
     }
 
-    QString settingsFile() const { return dir.filePath(QStringLiteral("ormivane.ini")); }
-    QByteArray settingsBytes() const
-    {
-        QFile f(settingsFile());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
     // Clicks a button and lets the tree's animation run out.
     void click(const char* name)
     {
@@ -87,12 +79,7 @@ protected:
     std::vector<Graph>& sensors() { return monitor->Sensors; }
     QWidget* shownPanel() const { return panel->findChild<QStackedWidget*>()->currentWidget(); }
 
-    QTemporaryDir dir;
-    ManualClock clock;
-    std::unique_ptr<IniStore> store;
-    std::unique_ptr<SourceSet> sources;
-    std::unique_ptr<DisplayedGraphFactory> views;
-    std::unique_ptr<Monitor> monitor;
+    DisplayedGraphFactory views{QString(), dir.filePath(QStringLiteral("data"))};
     std::unique_ptr<GraphWindows> windows;
     std::unique_ptr<ControlPanel> panel;
     ScriptedPrompts prompts;
@@ -120,7 +107,7 @@ TEST_F(ControlPanelTest, AddButtonsGrowTheModelTheTreeAndTheWindows)
     EXPECT_TRUE(monitor->tmrDataEnabled);
 
     // All of it is on disk: a new start finds the same.
-    start();
+    startPanel();
     ASSERT_EQ(sensors().size(), 2u);
     EXPECT_EQ(sensors()[1].Nodes.size(), 2u);
 }
@@ -130,7 +117,7 @@ TEST_F(ControlPanelTest, SelectingRowsLeavesTheSettingsFileUntouched)
     click("imgAddSensor");
     click("imgAddNode");
     monitor->SaveSettings();
-    const QByteArray before = settingsBytes();
+    const QByteArray before = fileBytes();
     ASSERT_FALSE(before.isEmpty());
     for (int g = 0; g < 2; ++g) {
         panel->selectRow(g, -1);
@@ -138,7 +125,7 @@ TEST_F(ControlPanelTest, SelectingRowsLeavesTheSettingsFileUntouched)
             panel->selectRow(g, n);
     }
     tick();  // a tick saves nothing either
-    EXPECT_EQ(settingsBytes(), before);
+    EXPECT_EQ(fileBytes(), before);
 }
 
 TEST_F(ControlPanelTest, DeleteNodeInItsThreeCases)
@@ -229,7 +216,7 @@ TEST_F(ControlPanelTest, RenameAndCollapseFromTheTreeAreSaved)
     EXPECT_EQ(sensors()[0].Nodes[0].Name, QStringLiteral("Processor"));
 
     emit panel->tree()->collapseChanged(QStringLiteral("G0"), QStringLiteral("0"), true);
-    start();
+    startPanel();
     EXPECT_EQ(sensors()[0].Nodes[0].Name, QStringLiteral("Processor"));
     EXPECT_TRUE(sensors()[0].Collapsed);
     EXPECT_TRUE(panel->tree()->rows()[0].Collapsed);
@@ -242,7 +229,7 @@ TEST_F(ControlPanelTest, HideAndShowAGraphAndANode)
     EXPECT_FALSE(windows->window(0)->isVisible());
     panel->toggleVisible(0, 0);
     EXPECT_FALSE(sensors()[0].Nodes[0].NodeVisible);
-    start();
+    startPanel();
     EXPECT_FALSE(sensors()[0].Visible);
     EXPECT_FALSE(sensors()[0].Nodes[0].NodeVisible);
     panel->toggleVisible(0, -1);

@@ -2,12 +2,13 @@
 // the widgets are driven by their object names, the window's follow-up is
 // recorded.
 #include "../monitor/monitor_fixture.h"
+#include "../monitor/settings_file_monitor.h"
+#include "../shell_common/recording_host.h"
 #include "core/editing.h"
 #include "core/ini_store.h"
 #include "core/settings_store.h"
 #include "display/colors.h"
 #include "shell/graph_panel.h"
-#include "shell/panel_host.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -24,39 +25,23 @@
 namespace orm::test {
 namespace {
 
-class RecordingHost final : public PanelHost {
-public:
-    DisplayedGraph* picture(int) override { return nullptr; }
-    void nodesChanged(int g) override { record("nodes", g); }
-    void redraw(int g) override { record("redraw", g); }
-    void graphTypeChanged(int g) override { record("type", g); }
-    void visibilityChanged(int g) override { record("visible", g); }
-    void topMostChanged(int g) override { record("topmost", g); }
-    void transparencyChanged(int g) override { record("trans", g); }
-    void opacityChanged(int g) override { record("opacity", g); }
-    void captionsChanged(int g) override { record("captions", g); }
-    void showMessage(const QString& text) override { calls << QStringLiteral("message:") + text; }
-
-    void record(const char* what, int g) { calls << QStringLiteral("%1:%2").arg(QLatin1String(what)).arg(g); }
-    QStringList calls;
-};
-
-class GraphPanelTest : public ::testing::Test {
+class GraphPanelTest : public ::testing::Test, protected SettingsFileMonitor {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(dir.isValid());
-        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
-        store = std::make_unique<IniStore>(dir.filePath(QStringLiteral("settings.ini")));
-        sources = SourceSet::forLinux();
-        sources->cpuCounters = std::make_unique<ScriptedCpu>();
-        sources->cpu = std::make_unique<CpuUsage>(*sources->cpuCounters);
-        MonitorOptions options;
-        options.dataDir = dir.filePath(QStringLiteral("data"));
-        monitor = std::make_unique<Monitor>(options, clock, *store, *sources, views);
-        ASSERT_TRUE(monitor->startUp());
+        ASSERT_TRUE(start(views, [](SourceSet& sources, Monitor&) {
+            sources.cpuCounters = std::make_unique<ScriptedCpu>();
+            sources.cpu = std::make_unique<CpuUsage>(*sources.cpuCounters);
+        }));
         panel = std::make_unique<GraphPanel>(*monitor, host);
         panel->show();
+    }
+    // The panel and the monitor go while the views they use still stand.
+    void TearDown() override
+    {
+        panel.reset();
+        monitor.reset();
     }
 
     Graph& graph(int g) { return monitor->Sensors.at(size_t(g)); }
@@ -67,16 +52,7 @@ protected:
         EXPECT_NE(found, nullptr) << name;
         return found;
     }
-    QString stored(int g, const char* name)
-    {
-        return IniStore(store->fileName()).readValue(sensorKey(g), QString::fromLatin1(name), QStringLiteral("<none>"));
-    }
-    QByteArray fileBytes()
-    {
-        QFile f(store->fileName());
-        EXPECT_TRUE(f.open(QIODevice::ReadOnly));
-        return f.readAll();
-    }
+    QString stored(int g, const char* name) { return storedValue(sensorKey(g), QString::fromLatin1(name)); }
     // Types into a line edit and presses Return, as a user does.
     void enter(const char* name, const QString& text)
     {
@@ -94,12 +70,7 @@ protected:
         emit c->activated(i);
     }
 
-    QTemporaryDir dir;
-    ManualClock clock;
-    std::unique_ptr<IniStore> store;
-    std::unique_ptr<SourceSet> sources;
     RecordingViews views;
-    std::unique_ptr<Monitor> monitor;
     RecordingHost host;
     std::unique_ptr<GraphPanel> panel;
 };
@@ -153,6 +124,7 @@ TEST_F(GraphPanelTest, LoadFillsControlsAndWritesNothing)
 
     EXPECT_EQ(fileBytes(), before);
     EXPECT_TRUE(host.calls.isEmpty()) << host.calls.join(QLatin1Char(' ')).toStdString();
+    EXPECT_TRUE(host.messages.isEmpty());
 
     // A Graph index that is gone leaves the panel with nothing to edit.
     panel->load(7);
@@ -197,6 +169,7 @@ TEST_F(GraphPanelTest, SampleSecondsBoxAndArrows)
     ASSERT_EQ(errors.count(), 1);
     EXPECT_EQ(errors.takeFirst().at(0).toString(), SpeedTestMinimumText);
     EXPECT_TRUE(host.calls.isEmpty());
+    EXPECT_TRUE(host.messages.isEmpty());
 }
 
 TEST_F(GraphPanelTest, ScaleControls)
@@ -363,6 +336,7 @@ TEST_F(GraphPanelTest, StaleGraphIndexWritesNothing)
     enter("txtSampleSeconds", QStringLiteral("9"));
     EXPECT_EQ(fileBytes(), before);
     EXPECT_TRUE(host.calls.isEmpty());
+    EXPECT_TRUE(host.messages.isEmpty());
     monitor->Sensors.push_back(gone);
 }
 

@@ -143,7 +143,7 @@ TEST_F(NodePanelTest, TypeTilesRefuseASecondLanAndRetypeTheGraphsUnit)
     EXPECT_TRUE(shown(QStringLiteral("pctMeasureOptions")));
     EXPECT_FALSE(shown(QStringLiteral("pctCPU")));
     EXPECT_TRUE(child<QToolButton>(QStringLiteral("imgGraphType(5)"))->isChecked());
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("nodesChanged 0"), QStringLiteral("redraw 0")}));
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("nodes:0"), QStringLiteral("redraw:0")}));
     EXPECT_EQ(treeChanged->count(), 1);
     // The CPU Node behind it accepts bytes no more: the warning, word for word.
     EXPECT_EQ(host.messages, QStringList{QStringLiteral("Warning: ") + g.Name +
@@ -174,7 +174,7 @@ TEST_F(NodePanelTest, PingTargetSizeAndKbpsAreStored)
     EXPECT_EQ(monitor->Sensors[0].DataType, QStringLiteral("bps"));
     EXPECT_EQ(monitor->Sensors[0].LegendUnits, QStringLiteral("Kbps"));
     EXPECT_EQ(stored(0, 0, "PingTranslate"), QStringLiteral("True"));
-    EXPECT_TRUE(host.calls.contains(QStringLiteral("redraw 0")));
+    EXPECT_TRUE(host.calls.contains(QStringLiteral("redraw:0")));
     EXPECT_TRUE(host.messages.isEmpty());
 
     click(QStringLiteral("chkPingTranslate"));
@@ -226,7 +226,7 @@ TEST_F(NodePanelTest, PenVisibilityAndChoosersWriteTheirFields)
     click(QStringLiteral("imgVisibleNode"));
     EXPECT_FALSE(node(0, 0).NodeVisible);
     EXPECT_EQ(stored(0, 0, "NodeVisible"), QStringLiteral("False"));
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("nodesChanged 0"), QStringLiteral("redraw 0")}));
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("nodes:0"), QStringLiteral("redraw:0")}));
     click(QStringLiteral("imgLog"));
     EXPECT_FALSE(node(0, 0).LogData);
 
