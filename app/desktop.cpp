@@ -1,9 +1,9 @@
 #include "desktop.h"
 
-#include "core/monitor.h"
-#include "core/monitor_loop.h"
-#include "core/settings_store.h"
-#include "core/version.h"
+#include "monitor/monitor.h"
+#include "monitor/monitor_loop.h"
+#include "model/settings_store.h"
+#include "model/version.h"
 #include "display/displayed_graph.h"
 #include "shell/control_panel.h"
 #include "shell/graph_menu.h"

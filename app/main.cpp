@@ -2,11 +2,11 @@
 // signals without any window.
 #include "desktop.h"
 #include "display/displayed_graph.h"
-#include "core/ini_store.h"
-#include "core/monitor.h"
-#include "core/monitor_loop.h"
-#include "core/paths.h"
-#include "core/version.h"
+#include "model/ini_store.h"
+#include "monitor/monitor.h"
+#include "monitor/monitor_loop.h"
+#include "model/paths.h"
+#include "model/version.h"
 
 #include <QCommandLineParser>
 #include <QApplication>

@@ -1,8 +1,8 @@
 // The cost of one whole tick (sources, evaluation, log line) over large sets
 // of Nodes. Prints figures; asserts nothing.
-#include "core/graph_view.h"
-#include "core/key_value_store.h"
-#include "core/monitor.h"
+#include "model/graph_view.h"
+#include "model/key_value_store.h"
+#include "monitor/monitor.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -2,7 +2,7 @@
 // the Node's averaging mode and the Graph's unit.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 #include "display/node_history.h"
 
 namespace orm {

@@ -1,7 +1,7 @@
 #include "display/bar_graph.h"
 
-#include "core/catalogue.h"
-#include "core/number_text.h"
+#include "model/catalogue.h"
+#include "model/number_text.h"
 
 #include <QPainter>
 #include <algorithm>

@@ -2,7 +2,7 @@
 // levels and tool-tips set on each tick.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 #include "display/bar_meter.h"
 
 #include <QImage>

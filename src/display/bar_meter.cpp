@@ -1,7 +1,7 @@
 #include "display/bar_meter.h"
 
-#include "core/debug_log.h"
-#include "core/number_text.h"
+#include "model/debug_log.h"
+#include "model/number_text.h"
 #include "display/colors.h"
 
 #include <QLinearGradient>

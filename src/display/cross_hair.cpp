@@ -1,7 +1,7 @@
 #include "display/cross_hair.h"
 
-#include "core/catalogue.h"
-#include "core/number_text.h"
+#include "model/catalogue.h"
+#include "model/number_text.h"
 #include "display/colors.h"
 #include "display/graph_picture.h"
 

@@ -4,7 +4,7 @@
 // pointer in pixels and draws what it gets back.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QLine>
 #include <QString>

@@ -2,7 +2,7 @@
 // picture, the bars drawn over it, or the tray icons of this tick.
 #pragma once
 
-#include "core/graph_view.h"
+#include "model/graph_view.h"
 #include "display/bar_graph.h"
 #include "display/graph_picture.h"
 #include "display/tray_icons.h"

@@ -1,6 +1,6 @@
 #include "display/graph_picture.h"
 
-#include "core/debug_log.h"
+#include "model/debug_log.h"
 #include "display/averaging.h"
 #include "display/scale.h"
 

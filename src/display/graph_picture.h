@@ -2,8 +2,8 @@
 // finished picture of one Graph, addressed by its index in Sensors.
 #pragma once
 
-#include "core/graph_view.h"
-#include "core/model.h"
+#include "model/graph_view.h"
+#include "model/model.h"
 #include "display/line_painter.h"
 #include "display/node_history.h"
 

@@ -2,7 +2,7 @@
 // images use the window's own coordinates; the plot starts at 55, 35.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QFont>
 #include <QImage>

@@ -1,6 +1,6 @@
 #include "display/scale.h"
 
-#include "core/number_text.h"
+#include "model/number_text.h"
 #include "display/averaging.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // range maximum and the label texts down the left edge.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 #include "display/node_history.h"
 
 #include <QString>

@@ -1,8 +1,8 @@
 #include "display/tray_icons.h"
 
-#include "core/catalogue.h"
-#include "core/number_text.h"
-#include "core/version.h"
+#include "model/catalogue.h"
+#include "model/number_text.h"
+#include "model/version.h"
 #include "display/bar_meter.h"
 
 #include <QDir>

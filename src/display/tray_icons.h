@@ -3,7 +3,7 @@
 // which is written to Temp.ico and loaded back for the tray.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QByteArray>
 #include <QImage>

@@ -1,6 +1,6 @@
 #include "logging/log_line.h"
 
-#include "core/number_text.h"
+#include "model/number_text.h"
 
 #include <algorithm>
 

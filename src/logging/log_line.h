@@ -6,7 +6,7 @@
 #include <QtGlobal>
 #include <vector>
 
-#include "core/model.h"
+#include "model/model.h"
 
 namespace orm {
 

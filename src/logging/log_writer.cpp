@@ -1,8 +1,8 @@
 #include "logging/log_writer.h"
 
-#include "core/clock.h"
-#include "core/debug_log.h"
-#include "core/version.h"
+#include "model/clock.h"
+#include "model/debug_log.h"
+#include "model/version.h"
 
 #include <QDir>
 #include <QFile>

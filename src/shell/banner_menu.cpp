@@ -1,6 +1,6 @@
 #include "shell/banner_menu.h"
 
-#include "core/version.h"
+#include "model/version.h"
 
 #include <QLinearGradient>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #include "shell/control_panel.h"
 
-#include "core/catalogue.h"
-#include "core/monitor.h"
-#include "core/version.h"
+#include "model/catalogue.h"
+#include "monitor/monitor.h"
+#include "model/version.h"
 #include "shell/custom_tool_tip.h"
 #include "shell/graph_panel.h"
 #include "shell/graph_window.h"

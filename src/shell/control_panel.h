@@ -4,7 +4,7 @@
 // only hides it.
 #pragma once
 
-#include "core/editing.h"
+#include "monitor/editing.h"
 #include "shell/tree_menu.h"
 
 #include <QMainWindow>

@@ -1,6 +1,6 @@
 #include "shell/custom_tool_tip.h"
 
-#include "core/debug_log.h"
+#include "model/debug_log.h"
 
 #include <QCursor>
 #include <QEvent>

@@ -3,7 +3,7 @@
 // through GraphMenuActions.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QString>
 #include <vector>

@@ -2,10 +2,10 @@
 // change writes. The controls are made in graph_panel_build.cpp.
 #include "shell/graph_panel.h"
 
-#include "core/catalogue.h"
-#include "core/editing.h"
-#include "core/monitor.h"
-#include "core/number_text.h"
+#include "model/catalogue.h"
+#include "monitor/editing.h"
+#include "monitor/monitor.h"
+#include "model/number_text.h"
 #include "display/colors.h"
 #include "shell/panel_host.h"
 

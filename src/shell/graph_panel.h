@@ -4,10 +4,10 @@
 // saves, and asks the window to follow through PanelHost.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QColor>
-#include "core/editing.h"
+#include "monitor/editing.h"
 
 #include <QWidget>
 #include <array>

@@ -4,7 +4,7 @@
 
 #include "shell/colour_choice.h"
 
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 #include "shell/panel_host.h"
 
 #include <QCheckBox>

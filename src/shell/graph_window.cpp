@@ -1,6 +1,6 @@
 #include "shell/graph_window.h"
 
-#include "core/monitor.h"
+#include "monitor/monitor.h"
 #include "display/bar_graph.h"
 #include "display/colors.h"
 #include "display/displayed_graph.h"

@@ -1,6 +1,6 @@
 #include "shell/graph_windows.h"
 
-#include "core/monitor.h"
+#include "monitor/monitor.h"
 #include "display/displayed_graph.h"
 #include "shell/graph_window.h"
 #include "shell/tray_graphs.h"

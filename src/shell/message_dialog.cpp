@@ -1,7 +1,7 @@
 #include "shell/message_dialog.h"
 
-#include "core/number_text.h"
-#include "core/version.h"
+#include "model/number_text.h"
+#include "model/version.h"
 #include "shell/progress_bar.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 #include "shell/node_panel.h"
 
-#include "core/catalogue.h"
-#include "core/editing.h"
-#include "core/monitor.h"
+#include "model/catalogue.h"
+#include "monitor/editing.h"
+#include "monitor/monitor.h"
 #include "display/colors.h"
 #include "shell/colour_choice.h"
 #include "shell/node_panel_rules.h"

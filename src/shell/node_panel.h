@@ -4,7 +4,7 @@
 // once, saves, and asks the window to follow through PanelHost.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QColor>
 #include <QWidget>

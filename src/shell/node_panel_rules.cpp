@@ -1,6 +1,6 @@
 #include "shell/node_panel_rules.h"
 
-#include "core/number_text.h"
+#include "model/number_text.h"
 
 #include <cmath>
 #include <limits>

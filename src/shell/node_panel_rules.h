@@ -3,7 +3,7 @@
 // the drive list names, and the averaging window typed by the user.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QString>
 #include <QStringList>

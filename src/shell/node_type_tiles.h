@@ -3,7 +3,7 @@
 // changes nothing in the model; clicking a tile asks for the type change.
 #pragma once
 
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 
 #include <QWidget>
 #include <array>

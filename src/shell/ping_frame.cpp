@@ -1,7 +1,7 @@
 #include "shell/ping_frame.h"
 
-#include "core/catalogue.h"
-#include "core/monitor.h"
+#include "model/catalogue.h"
+#include "monitor/monitor.h"
 #include "display/colors.h"
 #include "shell/panel_host.h"
 #include "sources/host_test.h"

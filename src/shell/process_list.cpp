@@ -1,6 +1,6 @@
 #include "shell/process_list.h"
 
-#include "core/monitor.h"
+#include "monitor/monitor.h"
 #include "sources/processes.h"
 
 #include <QGridLayout>

@@ -1,6 +1,6 @@
 #include "shell/program_tray.h"
 
-#include "core/version.h"
+#include "model/version.h"
 #include "display/tray_icons.h"
 #include "shell/banner_menu.h"
 

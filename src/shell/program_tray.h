@@ -2,7 +2,7 @@
 // the tray menu, whose commands go to the control panel.
 #pragma once
 
-#include "core/settings_store.h"
+#include "model/settings_store.h"
 
 #include <QIcon>
 #include <QImage>

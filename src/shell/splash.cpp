@@ -1,6 +1,6 @@
 #include "shell/splash.h"
 
-#include "core/version.h"
+#include "model/version.h"
 
 #include <QGuiApplication>
 #include <QLabel>

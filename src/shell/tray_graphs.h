@@ -2,8 +2,8 @@
 // view builds each tick, with the picture's tip.
 #pragma once
 
-#include "core/graph_view.h"
-#include "core/model.h"
+#include "model/graph_view.h"
+#include "model/model.h"
 
 #include <QByteArray>
 #include <QIcon>

@@ -2,7 +2,7 @@
 // mouse, and what a chosen entry asks of the control panel.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QString>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "shell/vista_tree.h"
 
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 
 #include <QEvent>
 #include <QSet>

@@ -3,7 +3,7 @@
 // stays the truth, and edits go out as signals for the control panel to apply.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QString>
 #include <QWidget>

@@ -1,6 +1,6 @@
 #include "sources/adapters.h"
 
-#include "core/version.h"
+#include "model/version.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 // Everything runs on signals; the event loop never stops for it.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QObject>
 #include <QString>

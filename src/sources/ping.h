@@ -2,7 +2,7 @@
 // no tick ever waits for the network.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 #include "sources/icmp_socket.h"
 
 #include <QObject>

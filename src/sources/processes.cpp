@@ -1,6 +1,6 @@
 #include "sources/processes.h"
 
-#include "core/debug_log.h"
+#include "model/debug_log.h"
 
 #include <algorithm>
 #include <limits>

@@ -3,7 +3,7 @@
 // one row's memory, found through ProcessIndexes.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 #include "sources/proc_pid.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #include "sources/wifi.h"
 
-#include "core/debug_log.h"
+#include "model/debug_log.h"
 
 #include <QStringDecoder>
 #include <cmath>

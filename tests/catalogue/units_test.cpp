@@ -1,4 +1,4 @@
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // The control panel on a started Monitor with real graph pictures and a real
 // settings file: the tree, the structural edits and what they leave on disk.
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 #include "../monitor/settings_file_monitor.h"
-#include "core/monitor.h"
+#include "monitor/monitor.h"
 #include "display/displayed_graph.h"
 #include "shell/control_panel.h"
 #include "shell/custom_tool_tip.h"

@@ -1,8 +1,8 @@
 // Structural edits on a started Monitor with an in-memory store; the prompts
 // are answered by the test.
 #include "../monitor/monitor_fixture.h"
-#include "core/editing.h"
-#include "core/settings_store.h"
+#include "monitor/editing.h"
+#include "model/settings_store.h"
 
 namespace orm::test {
 namespace {

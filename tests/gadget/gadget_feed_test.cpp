@@ -1,4 +1,4 @@
-#include "core/gadget_feed.h"
+#include "monitor/gadget_feed.h"
 
 #include <QDir>
 #include <QFile>

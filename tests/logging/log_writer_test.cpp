@@ -2,8 +2,8 @@
 // temporary data folder with a clock the test moves.
 #include "logging/log_writer.h"
 
-#include "core/clock.h"
-#include "core/version.h"
+#include "model/clock.h"
+#include "model/version.h"
 
 #include <QDir>
 #include <QFile>

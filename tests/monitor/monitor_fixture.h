@@ -2,9 +2,9 @@
 // readings the test sets; memory and drives are the machine's own.
 #pragma once
 
-#include "core/graph_view.h"
-#include "core/key_value_store.h"
-#include "core/monitor.h"
+#include "model/graph_view.h"
+#include "model/key_value_store.h"
+#include "monitor/monitor.h"
 
 #include <QFile>
 #include <QTemporaryDir>

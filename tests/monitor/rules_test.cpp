@@ -1,4 +1,4 @@
-#include "core/monitor.h"
+#include "monitor/monitor.h"
 
 #include <gtest/gtest.h>
 

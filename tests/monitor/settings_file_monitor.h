@@ -2,11 +2,11 @@
 // again reads the same file anew, as a new start of the program does.
 #pragma once
 
-#include "core/clock.h"
-#include "core/graph_view.h"
-#include "core/ini_store.h"
-#include "core/monitor.h"
-#include "core/source_set.h"
+#include "model/clock.h"
+#include "model/graph_view.h"
+#include "model/ini_store.h"
+#include "monitor/monitor.h"
+#include "monitor/source_set.h"
 
 #include <QFile>
 #include <QTemporaryDir>

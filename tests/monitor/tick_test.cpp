@@ -1,4 +1,4 @@
-#include "core/debug_log.h"
+#include "model/debug_log.h"
 #include "monitor_fixture.h"
 
 using namespace orm;

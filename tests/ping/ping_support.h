@@ -2,7 +2,7 @@
 // answers itself, and network namespaces of their own.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 #include "sources/icmp_socket.h"
 
 #include <QCoreApplication>

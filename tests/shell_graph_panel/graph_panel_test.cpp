@@ -4,9 +4,9 @@
 #include "../monitor/monitor_fixture.h"
 #include "../monitor/settings_file_monitor.h"
 #include "../shell_common/recording_host.h"
-#include "core/editing.h"
-#include "core/ini_store.h"
-#include "core/settings_store.h"
+#include "monitor/editing.h"
+#include "model/ini_store.h"
+#include "model/settings_store.h"
 #include "display/colors.h"
 #include "shell/graph_panel.h"
 

@@ -1,7 +1,7 @@
 #include "node_panel_fixture.h"
 
-#include "core/catalogue.h"
-#include "core/editing.h"
+#include "model/catalogue.h"
+#include "monitor/editing.h"
 #include "shell/node_type_tiles.h"
 
 #include <QLabel>

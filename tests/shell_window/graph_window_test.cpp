@@ -1,9 +1,9 @@
 // The graph window offscreen: size and stored rectangle, the fades stepped by
 // hand, the shape of a see-through Bar Graph, and the menu.
-#include "core/clock.h"
-#include "core/key_value_store.h"
-#include "core/monitor.h"
-#include "core/source_set.h"
+#include "model/clock.h"
+#include "model/key_value_store.h"
+#include "monitor/monitor.h"
+#include "monitor/source_set.h"
 #include "display/bar_graph.h"
 #include "display/displayed_graph.h"
 #include "shell/graph_menu.h"

@@ -1,7 +1,7 @@
 // The stores: what every store must do, and for the settings file what
 // reaches the disk, its mode, its atomic rewrite, and what others write into it.
-#include "core/ini_store.h"
-#include "core/key_value_store.h"
+#include "model/ini_store.h"
+#include "model/key_value_store.h"
 
 #include <QFile>
 #include <QTemporaryDir>

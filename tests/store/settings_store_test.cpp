@@ -1,9 +1,9 @@
 // The model in the store: save and load, their order and forms, defaults and
 // bad stored values, adapter indexes, the settings dump, and the autostart entry.
-#include "core/autostart.h"
-#include "core/ini_store.h"
-#include "core/number_text.h"
-#include "core/settings_store.h"
+#include "model/autostart.h"
+#include "model/ini_store.h"
+#include "model/number_text.h"
+#include "model/settings_store.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

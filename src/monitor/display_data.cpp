@@ -1,9 +1,9 @@
 // DisplayData: one value for each Node of each Graph whose turn has come,
 // handed to the Graph's view.
-#include "core/debug_log.h"
-#include "core/gadget_feed.h"
-#include "core/monitor.h"
-#include "core/number_text.h"
+#include "model/debug_log.h"
+#include "monitor/gadget_feed.h"
+#include "monitor/monitor.h"
+#include "model/number_text.h"
 
 
 namespace orm {

@@ -1,6 +1,6 @@
 #include "autostart.h"
 
-#include "core/version.h"
+#include "model/version.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,13 +2,13 @@
 // program, everything the control panel owns except its widgets.
 #pragma once
 
-#include "core/autostart.h"
-#include "core/clock.h"
-#include "core/graph_view.h"
-#include "core/key_value_store.h"
-#include "core/model.h"
-#include "core/settings_store.h"
-#include "core/source_set.h"
+#include "model/autostart.h"
+#include "model/clock.h"
+#include "model/graph_view.h"
+#include "model/key_value_store.h"
+#include "model/model.h"
+#include "model/settings_store.h"
+#include "monitor/source_set.h"
 #include "logging/log_writer.h"
 
 #include <QLockFile>

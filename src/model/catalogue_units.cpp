@@ -1,6 +1,6 @@
 // Base units, the magnitudes offered for them, the unit of each node type and
 // the check that keeps one Graph in one unit.
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 
 namespace orm {
 

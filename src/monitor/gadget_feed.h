@@ -3,7 +3,7 @@
 // avail.txt (which values exist) and update.txt (the latest values).
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QString>
 #include <QUrl>

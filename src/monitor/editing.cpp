@@ -1,10 +1,10 @@
-#include "core/editing.h"
+#include "monitor/editing.h"
 
-#include "core/catalogue.h"
-#include "core/debug_log.h"
-#include "core/number_text.h"
-#include "core/settings_store.h"
-#include "core/version.h"
+#include "model/catalogue.h"
+#include "model/debug_log.h"
+#include "model/number_text.h"
+#include "model/settings_store.h"
+#include "model/version.h"
 
 #include <cmath>
 #include <limits>

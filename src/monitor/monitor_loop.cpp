@@ -1,6 +1,6 @@
-#include "core/monitor_loop.h"
+#include "monitor/monitor_loop.h"
 
-#include "core/monitor.h"
+#include "monitor/monitor.h"
 
 #include <csignal>
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 // The life of one tick: decide which sources are needed, read each once,
 // evaluate the Graphs that are due, write the log line, test the Alerts.
-#include "core/debug_log.h"
-#include "core/monitor.h"
+#include "model/debug_log.h"
+#include "monitor/monitor.h"
 
 namespace orm {
 

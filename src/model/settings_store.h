@@ -2,8 +2,8 @@
 // LoadSensors reads them back at start.
 #pragma once
 
-#include "core/key_value_store.h"
-#include "core/model.h"
+#include "model/key_value_store.h"
+#include "model/model.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,5 +1,5 @@
 // Names of the type codes and the tiles of the node panel.
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 
 #include <array>
 

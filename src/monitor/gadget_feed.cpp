@@ -1,6 +1,6 @@
-#include "core/gadget_feed.h"
+#include "monitor/gadget_feed.h"
 
-#include "core/number_text.h"
+#include "model/number_text.h"
 
 #include <QDir>
 #include <QFile>

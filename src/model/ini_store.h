@@ -2,7 +2,7 @@
 // are the key "Settings/Sensor1/Node1/NodeType" of the file.
 #pragma once
 
-#include "core/key_value_store.h"
+#include "model/key_value_store.h"
 
 #include <QSettings>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "settings_store.h"
 
-#include "core/autostart.h"
-#include "core/number_text.h"
+#include "model/autostart.h"
+#include "model/number_text.h"
 
 #include <algorithm>
 #include <cmath>

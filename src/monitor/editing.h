@@ -4,8 +4,8 @@
 // caller; these functions say what happened so it can follow.
 #pragma once
 
-#include "core/key_value_store.h"
-#include "core/monitor.h"
+#include "model/key_value_store.h"
+#include "monitor/monitor.h"
 
 #include <QString>
 #include <functional>

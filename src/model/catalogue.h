@@ -4,7 +4,7 @@
 // keeps the Nodes of one Graph in one unit.
 #pragma once
 
-#include "core/model.h"
+#include "model/model.h"
 
 #include <QString>
 #include <vector>

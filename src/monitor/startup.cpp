@@ -1,10 +1,10 @@
 // Start-up without windows: the steps of the control panel's load that need
 // no window, in their order.
-#include "core/debug_log.h"
-#include "core/gadget_feed.h"
-#include "core/monitor.h"
-#include "core/number_text.h"
-#include "core/version.h"
+#include "model/debug_log.h"
+#include "monitor/gadget_feed.h"
+#include "monitor/monitor.h"
+#include "model/number_text.h"
+#include "model/version.h"
 
 #include <QDir>
 

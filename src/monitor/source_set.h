@@ -2,7 +2,7 @@
 // tests can hand the logic known readings.
 #pragma once
 
-#include "core/settings_store.h"
+#include "model/settings_store.h"
 #include "sources/adapter_platform.h"
 #include "sources/adapters.h"
 #include "sources/battery.h"

@@ -1,6 +1,6 @@
 // Short names, labels and units of log columns, and the choice of a column for
 // a Node of a Log Graph.
-#include "core/catalogue.h"
+#include "model/catalogue.h"
 
 #include <array>
 

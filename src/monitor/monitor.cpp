@@ -1,9 +1,9 @@
-#include "core/monitor.h"
+#include "monitor/monitor.h"
 
-#include "core/debug_log.h"
-#include "core/number_text.h"
-#include "core/paths.h"
-#include "core/version.h"
+#include "model/debug_log.h"
+#include "model/number_text.h"
+#include "model/paths.h"
+#include "model/version.h"
 
 #include <QDir>
 
