@@ -1,0 +1,67 @@
+"""A mail relay on loopback for the tests: aiosmtpd, with or without AUTH LOGIN,
+writing one JSON line per message it accepts into the file named on the command
+line. Prints "READY <port>" once it listens; stops when its stdin closes."""
+import json
+import logging
+import socket
+import sys
+import warnings
+
+from aiosmtpd.controller import Controller
+from aiosmtpd.smtp import AuthResult
+
+
+def text(data):
+    if isinstance(data, bytes):
+        return data.decode("utf-8", errors="replace")
+    return data
+
+
+class Recorder:
+    def __init__(self, path):
+        self.path = path
+
+    async def handle_DATA(self, server, session, envelope):
+        login = password = None
+        if session.auth_data is not None:
+            login = text(session.auth_data.login)
+            password = text(session.auth_data.password)
+        record = {
+            "greeting": "EHLO" if session.extended_smtp else "HELO",
+            "host_name": session.host_name,
+            "login": login,
+            "password": password,
+            "mail_from": envelope.mail_from,
+            "rcpt_tos": envelope.rcpt_tos,
+            "content": text(envelope.original_content),
+        }
+        with open(self.path, "a", encoding="utf-8") as out:
+            out.write(json.dumps(record) + "\n")
+        return "250 OK"
+
+
+def accept_login(server, session, envelope, mechanism, auth_data):
+    return AuthResult(success=True, auth_data=auth_data)
+
+
+def main():
+    # Plain-text AUTH is what the client under test speaks; no need to warn of it.
+    warnings.filterwarnings("ignore")
+    logging.getLogger("mail.log").setLevel(logging.ERROR)
+    path, mode = sys.argv[1], sys.argv[2]
+    probe = socket.socket()
+    probe.bind(("127.0.0.1", 0))
+    port = probe.getsockname()[1]
+    probe.close()
+    kwargs = {}
+    if mode == "auth":
+        kwargs = {"authenticator": accept_login, "auth_require_tls": False, "auth_required": True}
+    controller = Controller(Recorder(path), hostname="127.0.0.1", port=port, decode_data=False, **kwargs)
+    controller.start()
+    print("READY", port, flush=True)
+    sys.stdin.read()
+    controller.stop()
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,261 @@
+// The mail client against a real relay (aiosmtpd) and against a scripted peer
+// that splits, repeats, refuses, hangs up or stays silent.
+#include "alerts/base64.h"
+#include "alerts/smtp_relay.h"
+#include "model/clock.h"
+#include "smtp_peers.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace orm;
+using namespace orm::test;
+
+namespace {
+
+const QDateTime Moment(QDate(2026, 3, 5), QTime(9, 7, 41));
+
+struct Relay {
+    ManualClock clock{Moment};
+    VDSMTPRelay relay{clock};
+    explicit Relay(quint16 port)
+    {
+        relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(port);
+        relay.MailSenderName = QStringLiteral("Build Box");
+        relay.MailSenderEMail = QStringLiteral("monitor@example.org");
+        relay.MailRecipientName = QStringLiteral("Ormivane");
+        relay.MailRecipientEMail = QStringLiteral("admin@example.org");
+        relay.MailSubject = QStringLiteral("CPU has exceeded 90");
+        relay.MailBody = QStringLiteral("First line\r\nSecond line");
+    }
+};
+
+QByteArray b64(const QString& s)
+{
+    return Base64Encode(s, 0).toLatin1();
+}
+
+}  // namespace
+
+TEST(SmtpAgainstAiosmtpd, PlainRelayGetsHeloEnvelopeAndTheMessageAsWritten)
+{
+    SmtpSink sink("plain");
+    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    Relay r(sink.port());
+    EXPECT_TRUE(r.relay.SendMail());
+    EXPECT_EQ(r.relay.SMTPState(), SmtpFinished);
+    ASSERT_TRUE(sink.waitForMessages(1));
+    const QJsonObject m = sink.messages().front();
+    EXPECT_EQ(m.value("greeting").toString(), "HELO");
+    EXPECT_EQ(m.value("host_name").toString(), "monitor");  // the local part, not a host name
+    EXPECT_EQ(m.value("mail_from").toString(), "monitor@example.org");
+    EXPECT_EQ(m.value("rcpt_tos").toArray().first().toString(), "admin@example.org");
+    EXPECT_TRUE(m.value("login").isNull());
+    EXPECT_EQ(m.value("content").toString(),
+              "DATE: 05 03 2026 09:07:41\r\n"
+              "FROM: Build Box <monitor@example.org>\r\n"
+              "TO: Ormivane <admin@example.org>\r\n"
+              "SUBJECT: CPU has exceeded 90\r\n"
+              "\r\n"
+              "First line\r\nSecond line\r\n");
+}
+
+TEST(SmtpAgainstAiosmtpd, LoginSendsEhloWithTheUsersLocalPartAndBase64Credentials)
+{
+    SmtpSink sink("auth");
+    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    Relay r(sink.port());
+    r.relay.SMTPAuthUser = QStringLiteral("alice@mail.example.org");
+    r.relay.SMTPAuthPass = QStringLiteral(" p\u00e4ss:w\"o=rd\\%; ");  // blanks at the ends are sent
+    EXPECT_TRUE(r.relay.SendMail());
+    ASSERT_TRUE(sink.waitForMessages(1));
+    const QJsonObject m = sink.messages().front();
+    EXPECT_EQ(m.value("greeting").toString(), "EHLO");
+    EXPECT_EQ(m.value("host_name").toString(), "alice");
+    EXPECT_EQ(m.value("login").toString(), "alice@mail.example.org");
+    EXPECT_EQ(m.value("password").toString(), QStringLiteral(" p\u00e4ss:w\"o=rd\\%; "));
+    EXPECT_TRUE(m.value("content").toString().startsWith("DATE: 05 03 2026 09:07:41\r\nFROM: "));
+}
+
+TEST(SmtpAgainstAiosmtpd, BlankLoginCountsAsNoneAndALoneDotEndsTheMessageEarly)
+{
+    SmtpSink sink("plain");
+    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    Relay r(sink.port());
+    r.relay.SMTPAuthUser = QStringLiteral("   ");
+    r.relay.SMTPAuthPass = QStringLiteral("secret");
+    r.relay.MailBody = QStringLiteral("before\r\n.\r\nafter");  // no dot stuffing
+    EXPECT_TRUE(r.relay.SendMail());
+    ASSERT_TRUE(sink.waitForMessages(1));
+    const QJsonObject m = sink.messages().front();
+    EXPECT_EQ(m.value("greeting").toString(), "HELO");
+    EXPECT_TRUE(m.value("content").toString().endsWith("\r\n\r\nbefore\r\n"));
+}
+
+TEST(SmtpAgainstAiosmtpd, AttachmentTravelsUuencodedAndItsScratchFileIsGone)
+{
+    SmtpSink sink("plain");
+    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    QTemporaryDir dir;
+    const QString attachment = dir.filePath(QStringLiteral("report.bin"));
+    QFile f(attachment);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(QByteArray("Cat"));
+    f.close();
+    Relay r(sink.port());
+    r.relay.MailAttachment = attachment;
+    r.relay.tempFolder = dir.path();
+    EXPECT_TRUE(r.relay.SendMail());
+    ASSERT_TRUE(sink.waitForMessages(1));
+    const QString content = sink.messages().front().value("content").toString();
+    EXPECT_TRUE(content.contains("First line\r\nSecond line\r\nbegin 600 report.bin\r\n#0V%T\r\n`\r\nend\r\n"))
+        << qPrintable(content);
+    EXPECT_TRUE(QDir(dir.path()).entryList({QStringLiteral("tmpSendMail*")}).isEmpty());
+}
+
+TEST(SmtpAgainstAiosmtpd, MissingAttachmentStillSendsTheMessage)
+{
+    SmtpSink sink("plain");
+    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    QTemporaryDir dir;
+    Relay r(sink.port());
+    r.relay.MailAttachment = dir.filePath(QStringLiteral("gone.txt"));
+    r.relay.tempFolder = dir.path();
+    EXPECT_TRUE(r.relay.SendMail());
+    ASSERT_TRUE(sink.waitForMessages(1));
+    EXPECT_TRUE(sink.messages().front().value("content").toString().contains("Second line"));
+}
+
+TEST(SmtpDialogue, SplitEhloReplyIsTwoRepliesAndTheSecondIsIgnored)
+{
+    ScriptedPeer peer(reply("220 hi\r\n"),
+                      {split({"250-relay.example\r\n", "250 AUTH LOGIN\r\n"}), reply("334 VXNlcm5hbWU6\r\n"),
+                       reply("334 UGFzc3dvcmQ6\r\n"), reply("235 ok\r\n"), reply("250 ok\r\n"), reply("251 fwd\r\n"),
+                       reply("354 go\r\n"), reply("250 queued\r\n")});
+    Relay r(peer.port());
+    r.relay.SMTPAuthUser = QStringLiteral("bob");
+    r.relay.SMTPAuthPass = QStringLiteral("pw");
+    EXPECT_TRUE(r.relay.SendMail());
+    const QByteArray expected = "EHLO bob\r\nAUTH LOGIN\r\n" + b64("bob") + "\r\n" + b64("pw") + "\r\n" +
+                                "MAIL FROM: <monitor@example.org>\r\nRCPT TO: <admin@example.org>\r\nDATA\r\n" +
+                                "DATE: 05 03 2026 09:07:41\r\n";
+    // QUIT has no line end, and the client hangs up without waiting for its reply.
+    EXPECT_TRUE(pumpUntil([&] { return peer.closedByClient; }));
+    EXPECT_TRUE(peer.received.startsWith(expected)) << peer.received.constData();
+    EXPECT_TRUE(peer.received.endsWith("\r\n.\r\nQUIT")) << peer.received.constData();
+}
+
+TEST(SmtpDialogue, SecondGreetingStartsTheHelloAgain)
+{
+    ScriptedPeer peer(reply("220 hi\r\n"), {reply("220 hello again\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
+                                            reply("250 ok\r\n"), reply("354 go\r\n"), reply("250 ok\r\n")});
+    Relay r(peer.port());
+    EXPECT_TRUE(r.relay.SendMail());
+    EXPECT_TRUE(peer.received.startsWith("HELO monitor\r\nHELO monitor\r\nMAIL FROM: <monitor@example.org>\r\n"));
+}
+
+TEST(SmtpDialogue, RefusalsHangUpsAndUnparsableRepliesEndTheSendAsAFailure)
+{
+    struct Case {
+        const char* name;
+        std::deque<PeerReply> replies;
+        QByteArray lastCommand;
+    };
+    const std::vector<Case> cases = {
+        {"5xx to HELO", {reply("550 go away\r\n")}, "HELO monitor\r\n"},
+        {"4xx to MAIL", {reply("250 ok\r\n"), reply("421 busy\r\n")}, "MAIL FROM: <monitor@example.org>\r\n"},
+        {"221 early", {reply("221 bye\r\n")}, "HELO monitor\r\n"},
+        {"not a code", {reply("2x0 what\r\n")}, "HELO monitor\r\n"},
+        {"hang-up", {hangUp()}, "HELO monitor\r\n"},
+    };
+    for (const Case& c : cases) {
+        ScriptedPeer peer(reply("220 hi\r\n"), c.replies);
+        Relay r(peer.port());
+        EXPECT_FALSE(r.relay.SendMail()) << c.name;
+        EXPECT_EQ(r.relay.SMTPState(), SmtpFinished) << c.name;
+        EXPECT_TRUE(peer.received.endsWith(c.lastCommand)) << c.name << ": " << peer.received.constData();
+    }
+}
+
+TEST(SmtpDialogue, UntabledRepliesAreIgnoredUntilThePeerCloses)
+{
+    ScriptedPeer peer(reply("220 hi\r\n"),
+                      {reply("250 ok\r\n"), thenHangUp(split({"334 what\r\n", "235 and this\r\n", "354 too\r\n"}))});
+    Relay r(peer.port());
+    EXPECT_FALSE(r.relay.SendMail());
+    EXPECT_EQ(peer.received, "HELO monitor\r\nMAIL FROM: <monitor@example.org>\r\n");
+}
+
+TEST(SmtpDialogue, SilentRelayEndsAfterTheSilenceLimitAndTheClientCanSendAgain)
+{
+    ScriptedPeer silent(silence(), {});
+    Relay r(silent.port());
+    r.relay.silenceLimitMs = 300;
+    EXPECT_FALSE(r.relay.SendMail());
+    EXPECT_EQ(r.relay.SMTPState(), SmtpFinished);
+
+    ScriptedPeer good(reply("220 hi\r\n"), {reply("250 ok\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
+                                            reply("354 go\r\n"), reply("250 ok\r\n")});
+    r.relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(good.port());
+    EXPECT_TRUE(r.relay.SendMail());
+}
+
+TEST(SmtpDialogue, MailSentIsNeverClearedSoALaterFailureStillSaysTrue)
+{
+    ScriptedPeer good(reply("220 hi\r\n"), {reply("250 ok\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
+                                            reply("354 go\r\n"), reply("250 ok\r\n")});
+    Relay r(good.port());
+    EXPECT_TRUE(r.relay.SendMail());
+    ScriptedPeer refusing(reply("554 no\r\n"), {});
+    r.relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(refusing.port());
+    EXPECT_TRUE(r.relay.SendMail());
+    EXPECT_EQ(refusing.connections, 1);
+}
+
+TEST(SmtpDialogue, UnreachableRelayAndUnusableAddressFailAtOnce)
+{
+    QTcpServer probe;
+    ASSERT_TRUE(probe.listen(QHostAddress::LocalHost));
+    const quint16 closedPort = probe.serverPort();
+    probe.close();
+    Relay r(closedPort);
+    EXPECT_FALSE(r.relay.SendMail());
+    for (const char* server : {"127.0.0.1:0", "127.0.0.1:70000", "127.0.0.1:smtp", ":25", "[::1"}) {
+        r.relay.SMTPServer = QLatin1String(server);
+        EXPECT_FALSE(r.relay.SendMail()) << server;
+        EXPECT_EQ(r.relay.SMTPState(), SmtpFinished) << server;
+    }
+}
+
+TEST(SmtpDialogue, ClosingProgramEndsTheWait)
+{
+    ScriptedPeer silent(silence(), {});
+    Relay r(silent.port());
+    bool closing = false;
+    r.relay.closing = [&] { return closing; };
+    QTimer::singleShot(100, &silent, [&] { closing = true; });
+    EXPECT_FALSE(r.relay.SendMail());
+}
+
+TEST(SmtpAddress, HostPortForms)
+{
+    auto a = relayAddress(QStringLiteral("mail.example.org"), 25);
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a->host, "mail.example.org");
+    EXPECT_EQ(a->port, 25);
+    a = relayAddress(QStringLiteral(" 127.0.0.1:2525 "), 25);
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a->host, "127.0.0.1");
+    EXPECT_EQ(a->port, 2525);
+    a = relayAddress(QStringLiteral("[::1]:587"), 25);
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a->host, "::1");
+    EXPECT_EQ(a->port, 587);
+    a = relayAddress(QStringLiteral("fe80::1"), 25);
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a->host, "fe80::1");
+    EXPECT_EQ(a->port, 25);
+    EXPECT_EQ(LocalPart(QStringLiteral("a@b@c")), "a");
+    EXPECT_EQ(LocalPart(QStringLiteral("plain")), "plain");
+}
