@@ -34,6 +34,7 @@ test: build
 
 bench: build
 	./$(BUILD)/bench/tick_bench
+	./$(BUILD)/bench/alert_bench
 
 clean:
 	rm -rf $(BUILD)

@@ -10,6 +10,7 @@
 #include "shell/graph_window.h"
 #include "shell/graph_windows.h"
 #include "shell/message_dialog.h"
+#include "shell/program_alert_host.h"
 #include "shell/program_tray.h"
 #include "shell/splash.h"
 #include "shell/tray_graphs.h"
@@ -111,7 +112,7 @@ private:
 
 }  // namespace
 
-int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks)
+int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks, ProgramAlertHost& alertHost)
 {
     // Sub Main: a panel that starts in the tray is loaded hidden.
     const bool startInSystray = readFlag(store, SettingsKey, QStringLiteral("StartInSystray"), false);
@@ -133,6 +134,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks)
     windows.setMenuActions(&actions);
     MessageDialog messages;
     windows.setMessenger([&messages](const QString& text) { messages.ShowMessage(text, false, false, false); });
+    alertHost.setDialog(&messages);
     ControlPanel panel(monitor, windows);
     actions.setPanel(&panel);
     ProgramTray tray(monitor.Settings, actions);
@@ -158,6 +160,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks)
             previousUnload();
         windows.clear();
         trayGraphs.clear();
+        alertHost.setDialog(nullptr);
         messages.unload();
     };
 

@@ -7,6 +7,9 @@
 #include "monitor/monitor_loop.h"
 #include "model/paths.h"
 #include "model/version.h"
+#include "shell/alert_sound.h"
+#include "shell/logind_power.h"
+#include "shell/program_alert_host.h"
 
 #include <QCommandLineParser>
 #include <QApplication>
@@ -119,8 +122,20 @@ int main(int argc, char* argv[])
         };
     }
 
+    // The Alerts' actions: restart and shut-down through logind on the system bus.
+    LogindPower power(QDBusConnection::systemBus(), true);
+    AlertSound sound;
+    ProgramAlertHost alertHost(power, sound);
+    alertHost.setPrinter([](int) {
+        static bool told = false;
+        if (!told)
+            printLine(stderr, QStringLiteral("ormivane: printing is not available yet; Print Graph does nothing"));
+        told = true;
+    });
+    monitor.alertTester.setHost(&alertHost);
+
     if (withWindows)
-        return runDesktop(monitor, store, maxTicks);
+        return runDesktop(monitor, store, maxTicks, alertHost);
 
     if (!monitor.startUp()) {
         printLine(stderr, monitor.startError());

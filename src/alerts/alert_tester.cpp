@@ -56,6 +56,14 @@ AlertTester::AlertTester(AlertModel model, const Clock& clock)
     VDSMTPRelay1.closing = [this] { return model_.Closing; };
 }
 
+double AlertTester::presentMoment()
+{
+    // Read once a pass: the clock's text form is dear, and one tick is one moment.
+    if (!passMoment_)
+        passMoment_ = momentNumber(clock_.now());
+    return *passMoment_;
+}
+
 const GraphView* AlertTester::view(int graph) const
 {
     if (graph < 0 || size_t(graph) >= model_.Sensors.size() || size_t(graph) >= model_.GraphForms.size())
@@ -78,6 +86,7 @@ void AlertTester::TestAlerts()
     const bool tracing = debugLog().enabled();
     if (tracing)
         debugLog().enter(QStringLiteral("TestAlerts"));
+    passMoment_.reset();
     // The size is read again at each step: an action may run the event loop,
     // and the wizard may change the list meanwhile.
     for (size_t i = 0; i < Alerts.size(); ++i) {
@@ -103,7 +112,6 @@ AlertTester::Outcome AlertTester::testAlert(int index)
 
     double SampleCount = 1;
     bool AllSamples = false;
-    const double now = momentNumber(clock_.now());
     switch (a.rException) {
     case WithinLastSamples:
         SampleCount = a.eNumber;
@@ -119,10 +127,12 @@ AlertTester::Outcome AlertTester::testAlert(int index)
         AllSamples = true;
         break;
     }
-    case WithinTimeFrame:
+    case WithinTimeFrame: {
+        const double now = presentMoment();
         SampleCount = (now > a.eTimeFrameStart && now < a.eTimeFrameEnd) ? 1 : 0;
         AllSamples = false;
         break;
+    }
     default:
         break;
     }
@@ -130,7 +140,7 @@ AlertTester::Outcome AlertTester::testAlert(int index)
     if (a.rCondition < ExceedsLimit || a.rCondition > AtMoment)
         return Outcome::Quiet;
     if (a.rCondition == AtMoment) {
-        if (now != a.cDateValue)
+        if (presentMoment() != a.cDateValue)
             return Outcome::Quiet;
         composeNotice(a);
         return Outcome::Fires;

@@ -13,6 +13,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orm {
@@ -76,10 +77,12 @@ private:
     Node* node(int graph, int nodeIndex) const;
     void sendMail(const Alert& a);
     void exitComputer(int alertIndex, int mode);
+    double presentMoment();
 
     AlertModel model_;
     const Clock& clock_;
     AlertActionHost* host_ = nullptr;
+    std::optional<double> passMoment_;
 };
 
 }  // namespace orm

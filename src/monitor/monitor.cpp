@@ -11,9 +11,16 @@ namespace orm {
 
 Monitor::Monitor(MonitorOptions options, const Clock& clock, KeyValueStore& store, SourceSet& sources,
                  GraphViewFactory& views)
-    : options_(std::move(options)), clock_(clock), store_(store), sources_(sources), views_(views)
+    : alertTester(AlertModel{Sensors, GraphForms, Closing, TickCount}, clock),
+      options_(std::move(options)),
+      clock_(clock),
+      store_(store),
+      sources_(sources),
+      views_(views)
 {
     autoStart_ = std::make_unique<AutoStartEntry>(autostartFile());
+    alertTester.VDSMTPRelay1.tempFolder = options_.dataDir;
+    alertTester.saveSettings = [this] { SaveSettings(); };
 }
 
 Monitor::~Monitor() = default;

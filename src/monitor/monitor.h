@@ -2,6 +2,7 @@
 // program, everything the control panel owns except its widgets.
 #pragma once
 
+#include "alerts/alert_tester.h"
 #include "model/autostart.h"
 #include "model/clock.h"
 #include "model/graph_view.h"
@@ -88,6 +89,9 @@ public:
     qint16 TestSetupWait = 0;
     bool AsyncCopyDue = false;
     bool tmrDataEnabled = false;
+
+    // The Alerts, their mail settings and mail client; TestAlerts runs in the tick.
+    AlertTester alertTester;
 
     // lblDataRetrieval and its red state; the red stays until the user clicks it.
     QString retrievalText;

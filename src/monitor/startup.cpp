@@ -2,6 +2,7 @@
 // no window, in their order.
 #include "model/debug_log.h"
 #include "monitor/gadget_feed.h"
+#include "alerts/alert_store.h"
 #include "monitor/monitor.h"
 #include "model/number_text.h"
 #include "model/version.h"
@@ -43,7 +44,7 @@ bool Monitor::startUp()
     splash(QStringLiteral("Initializing...."));
     if (DebugMode) {
         debugLog().log(QStringLiteral("ClearData"));
-        const QString dump = settingsDump(store_, 0);
+        const QString dump = settingsDump(store_, storedAlertCount(store_));
         for (const QString& line : dump.split(QLatin1Char('\n')))
             debugLog().log(line);
         trace(QStringLiteral("LoadMain 1.0"));
@@ -137,6 +138,7 @@ bool Monitor::startUp()
     splash(QStringLiteral("Retrieving setup from server...."));
     trace(QStringLiteral("LoadMain 1.85"));
     splash(QStringLiteral("Loading Alerts...."));
+    LoadAlerts(store_, alertTester.Alerts, alertTester.mail, alertTester.AlertOptions);
     trace(QStringLiteral("LoadMain 1.9"));
     PanelReady = true;
     splash(QStringLiteral("Finalizing...."));

@@ -174,8 +174,9 @@ void Monitor::TimerData()
     if (total > 1000)
         retrievalRed = true;
 
-    // 11. The Alerts come with their own unit; nothing to test yet.
+    // 11.
     mark = clock_.tickCount();
+    alertTester.TestAlerts();
     AlertsTime = tickDiff(clock_.tickCount(), mark);
 
     // 12. and 13. Website and speed test transfers start here once they exist.

@@ -44,7 +44,11 @@ public:
         process_.start(QStringLiteral("/usr/bin/python3"),
                        {QStringLiteral(ORM_ALERT_TESTS "/smtp_sink.py"), file_, QString::fromLatin1(mode)});
         process_.waitForStarted(5000);
-        pumpUntil([this] { return process_.canReadLine() || process_.state() == QProcess::NotRunning; });
+        // Read without an event loop, so that tests without an application can use it.
+        QElapsedTimer waited;
+        waited.start();
+        while (!process_.canReadLine() && process_.state() == QProcess::Running && waited.elapsed() < 10000)
+            process_.waitForReadyRead(100);
         const QList<QByteArray> words = process_.readLine().trimmed().split(' ');
         if (words.size() == 2 && words[0] == "READY")
             port_ = words[1].toUShort();

@@ -198,6 +198,7 @@ TEST(SmtpDialogue, SilentRelayEndsAfterTheSilenceLimitAndTheClientCanSendAgain)
     ScriptedPeer good(reply("220 hi\r\n"), {reply("250 ok\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
                                             reply("354 go\r\n"), reply("250 ok\r\n")});
     r.relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(good.port());
+    r.relay.silenceLimitMs = 60000;
     EXPECT_TRUE(r.relay.SendMail());
 }
 

@@ -1,0 +1,186 @@
+// Alerts in a headless run, as a user sets them up: after a first start, rules
+// and mail settings go into the settings file, and the next run acts on them.
+// Mail goes to aiosmtpd on loopback.
+#include "run_headless.h"
+#include "smtp_peers.h"
+
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <gtest/gtest.h>
+
+using namespace orm::test;
+
+namespace {
+
+// A first start makes Graph 1 with the CPU Node "New Node 1"; it then samples every second.
+void firstStart(HeadlessRun& run)
+{
+    run.start(1, {});
+    ASSERT_TRUE(run.finish());
+    run.writeSettings({{"Sensor1/SampleEverySeconds", "1"}});
+}
+
+std::map<QString, QString> mailRule(quint16 port)
+{
+    return {{"Alerts", "1"},
+            {"Alert1/rEnabled", "True"},
+            {"Alert1/rAction", "1"},
+            {"Alert1/rCondition", "1"},
+            {"Alert1/rException", "0"},
+            {"Alert1/cSensor", "0"},
+            {"Alert1/cNode", "0"},
+            {"Alert1/cLimit", "-1"},
+            {"Alert1/aEmailAddress", "admin@example.org"},
+            {"SMTPServer", "127.0.0.1:" + QString::number(port)},
+            {"MailSenderName", "Build Box"},
+            {"MailSenderEMail", "box@example.org"}};
+}
+
+QString setting(const HeadlessRun& run, const QString& key)
+{
+    QSettings s(run.config, QSettings::IniFormat);
+    return s.value(QStringLiteral("Settings/") + key).toString();
+}
+
+}  // namespace
+
+TEST(HeadlessAlerts, ExceedsMinusOneMailsOncePerTickWithTheHeadersAsWritten)
+{
+    SmtpSink sink("plain");
+    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    HeadlessRun run;
+    firstStart(run);
+    run.writeSettings(mailRule(sink.port()));
+    run.start(4, {});
+    ASSERT_TRUE(run.finish());
+    EXPECT_EQ(run.valueLines().size(), 1 + 4);
+    ASSERT_TRUE(sink.waitForMessages(4));
+    const auto mails = sink.messages();
+    EXPECT_EQ(mails.size(), 4u);
+    const QRegularExpression shape(QStringLiteral(
+        "^DATE: \\d\\d \\d\\d \\d{4} \\d\\d:\\d\\d:\\d\\d\\r\\n"
+        "FROM: Build Box <box@example.org>\\r\\n"
+        "TO: Ormivane <admin@example.org>\\r\\n"
+        "SUBJECT: New Node 1 has exceeded -1\\r\\n\\r\\n"
+        "This is an automated email from Ormivane\\r\\n\\r\\n"
+        "New Node 1 has exceeded your limit of -1\\r\\n\\r\\n"
+        "New Node 1 has a current value of \\d+(\\.\\d+)?\\r\\n$"));
+    for (const QJsonObject& m : mails) {
+        EXPECT_TRUE(shape.match(m.value("content").toString()).hasMatch()) << qPrintable(m.value("content").toString());
+        EXPECT_EQ(m.value("greeting").toString(), "HELO");
+        EXPECT_EQ(m.value("host_name").toString(), "box");
+        EXPECT_EQ(m.value("mail_from").toString(), "box@example.org");
+        EXPECT_EQ(m.value("rcpt_tos").toArray().first().toString(), "admin@example.org");
+    }
+}
+
+TEST(HeadlessAlerts, LoginGoesAsEhloWithTheLocalPartAndAuthLogin)
+{
+    SmtpSink sink("auth");
+    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    HeadlessRun run;
+    firstStart(run);
+    auto rule = mailRule(sink.port());
+    rule["SMTPAuthUser"] = "alice@mail.example.org";
+    rule["SMTPAuthPass"] = "s3cr\u00e9t; \"quoted\" = #1";
+    run.writeSettings(rule);
+    run.start(1, {});
+    ASSERT_TRUE(run.finish());
+    ASSERT_TRUE(sink.waitForMessages(1));
+    const QJsonObject m = sink.messages().front();
+    EXPECT_EQ(m.value("greeting").toString(), "EHLO");
+    EXPECT_EQ(m.value("host_name").toString(), "alice");
+    EXPECT_EQ(m.value("login").toString(), "alice@mail.example.org");
+    EXPECT_EQ(m.value("password").toString(), "s3cr\u00e9t; \"quoted\" = #1");
+    // The password stays in the file as it was.
+    EXPECT_EQ(setting(run, "SMTPAuthPass"), "s3cr\u00e9t; \"quoted\" = #1");
+}
+
+TEST(HeadlessAlerts, StartLoggingRuleFlipsLogDataInTheFileAndTheHeaderFollowsOnTheNextTick)
+{
+    HeadlessRun run;
+    firstStart(run);
+    run.writeSettings({{"Sensor1/Nodes", "2"},
+                       {"Sensor1/Node2/Name", "Memory"},
+                       {"Sensor1/Node2/NodeType", "6"},
+                       {"Sensor1/Node2/LogData", "False"},
+                       {"Alerts", "1"},
+                       {"Alert1/rAction", "4"},
+                       {"Alert1/rCondition", "1"},
+                       {"Alert1/cSensor", "0"},
+                       {"Alert1/cNode", "0"},
+                       {"Alert1/cLimit", "-1"},
+                       {"Alert1/aSensor", "0"},
+                       {"Alert1/aNode", "1"},
+                       {"Alert1/aStartLogging", "True"}});
+    const int before = int(run.lines().size());
+    run.start(3, {});
+    ASSERT_TRUE(run.finish());
+    EXPECT_EQ(setting(run, "Sensor1/Node2/LogData"), "True");
+    // This run: a header without the memory columns, one line, then a header with them.
+    const QStringList lines = run.lines().mid(before);
+    QStringList fieldLines;
+    int valuesBeforeSecondHeader = 0;
+    for (const QString& l : lines) {
+        if (l.startsWith("#Fields: "))
+            fieldLines << l;
+        else if (!l.startsWith('#') && fieldLines.size() == 1)
+            ++valuesBeforeSecondHeader;
+    }
+    ASSERT_EQ(fieldLines.size(), 2) << qPrintable(lines.join('\n'));
+    EXPECT_EQ(valuesBeforeSecondHeader, 1);
+    EXPECT_GT(fieldLines[1].count(','), fieldLines[0].count(','));
+    EXPECT_EQ(run.valueLines().size(), 1 + 3);
+}
+
+TEST(HeadlessAlerts, NoticesArePrintedAndBadRulesLeaveTheTickAndTheSettingsAlone)
+{
+    QTcpServer probe;
+    ASSERT_TRUE(probe.listen(QHostAddress::LocalHost));
+    const QString closedRelay = "127.0.0.1:" + QString::number(probe.serverPort());
+    probe.close();
+    HeadlessRun run;
+    firstStart(run);
+    run.writeSettings({{"Alerts", "6"},
+                       // A message rule: printed with the window's title.
+                       {"Alert1/rAction", "3"},
+                       {"Alert1/rCondition", "1"},
+                       {"Alert1/cSensor", "0"},
+                       {"Alert1/cNode", "0"},
+                       {"Alert1/cLimit", "-1"},
+                       {"Alert1/aMessage", "CPU is busy"},
+                       // Text where numbers belong, Graphs and Nodes that do not exist.
+                       {"Alert2/rAction", "3x"},
+                       {"Alert2/rCondition", "one"},
+                       {"Alert3/rAction", "3"},
+                       {"Alert3/rCondition", "1"},
+                       {"Alert3/cSensor", "9"},
+                       {"Alert4/rAction", "3"},
+                       {"Alert4/rCondition", "1"},
+                       {"Alert4/cSensor", "0"},
+                       {"Alert4/cNode", "5"},
+                       // Mail to a relay that is not there; a sound and a program that do not exist.
+                       {"Alert5/rAction", "1"},
+                       {"Alert5/rCondition", "1"},
+                       {"Alert5/cSensor", "0"},
+                       {"Alert5/cNode", "0"},
+                       {"Alert5/cLimit", "-1"},
+                       {"SMTPServer", closedRelay},
+                       {"MailSenderEMail", "box@example.org"},
+                       {"Alert6/rAction", "2"},
+                       {"Alert6/rCondition", "1"},
+                       {"Alert6/cSensor", "0"},
+                       {"Alert6/cNode", "0"},
+                       {"Alert6/cLimit", "-1"},
+                       {"Alert6/aSound", "/nonexistent/ding.wav"},
+                       {"Alert7/rName", "beyond the count"}});
+    run.start(3, {});
+    ASSERT_TRUE(run.finish());
+    const QString out = QString::fromLocal8Bit(run.process.readAllStandardOutput());
+    EXPECT_EQ(out.count("Ormivane Notification Message: CPU is busy\n"), 3) << qPrintable(out);
+    EXPECT_EQ(out.count("Ormivane Notification Message: New Node 1 has exceeded -1\n"), 3) << qPrintable(out);
+    EXPECT_EQ(run.valueLines().size(), 1 + 3);
+    EXPECT_EQ(setting(run, "Alert2/rAction"), "3x");
+    EXPECT_EQ(setting(run, "Alert7/rName"), "beyond the count");
+    EXPECT_EQ(setting(run, "SMTPServer"), closedRelay);
+}
