@@ -172,16 +172,7 @@ int storedAlertCount(const KeyValueStore& store)
     if (*count <= MaxStoredAlerts)
         return int(*count);
     // Not followed into millions of empty records: the keys present decide.
-    int highest = 0;
-    for (const QString& key : store.subKeys(SettingsKey)) {
-        if (!key.startsWith(QLatin1String("Alert")))
-            continue;
-        bool ok = false;
-        const int n = key.mid(5).toInt(&ok);
-        if (ok && n > highest && n <= MaxStoredAlerts)
-            highest = n;
-    }
-    return highest;
+    return highestNumberedKey(store, SettingsKey, QStringLiteral("Alert"), MaxStoredAlerts);
 }
 
 void LoadAlerts(const KeyValueStore& store, std::vector<Alert>& alerts, MailSettings& mail,

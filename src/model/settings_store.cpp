@@ -73,21 +73,6 @@ private:
     QString path_;
 };
 
-// The highest n of the keys "<prefix><n>" below `path`, up to `maximum`.
-int highestNumberedKey(const KeyValueStore& store, const QString& path, const QString& prefix, int maximum)
-{
-    int highest = 0;
-    for (const QString& key : store.subKeys(path)) {
-        if (!key.startsWith(prefix))
-            continue;
-        bool ok = false;
-        const int n = key.mid(prefix.size()).toInt(&ok);
-        if (ok && n > highest && n <= maximum)
-            highest = n;
-    }
-    return highest;
-}
-
 // A stored count (`Sensors`, `Nodes`). A count that cannot be true is not
 // followed into millions of empty records: the keys present decide instead.
 int storedCount(const KeyValueStore& store, const QString& path, const char* name, const QString& prefix,
@@ -282,6 +267,20 @@ void saveGraph(KeyValueStore& store, int gi, const Graph& g, const AdapterIndexM
 }
 
 }  // namespace
+
+int highestNumberedKey(const KeyValueStore& store, const QString& path, const QString& prefix, int maximum)
+{
+    int highest = 0;
+    for (const QString& key : store.subKeys(path)) {
+        if (!key.startsWith(prefix))
+            continue;
+        bool ok = false;
+        const int n = key.mid(prefix.size()).toInt(&ok);
+        if (ok && n > highest && n <= maximum)
+            highest = n;
+    }
+    return highest;
+}
 
 QString sensorKey(int graphIndex)
 {

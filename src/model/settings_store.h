@@ -44,6 +44,9 @@ public:
     virtual int defaultRow() const = 0;
 };
 
+// The highest n of the keys "<prefix><n>" just below `path`, up to `maximum`; 0 when none.
+int highestNumberedKey(const KeyValueStore& store, const QString& path, const QString& prefix, int maximum);
+
 // Reads of single values as LoadSensors does them: a missing or empty value
 // gives `def`; a number is the text's leading number; a boolean that is not
 // "True" or "False" (any case) gives `def`.

@@ -3,6 +3,8 @@
 // command with the replies a test gives it, to play servers that misbehave.
 #pragma once
 
+#include "pump_until.h"
+
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -21,19 +23,6 @@
 #include <vector>
 
 namespace orm::test {
-
-// Runs the event loop until `done` holds or `ms` have passed.
-inline bool pumpUntil(const std::function<bool()>& done, int ms = 10000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done()) {
-        if (t.elapsed() > ms)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 class SmtpSink {
 public:

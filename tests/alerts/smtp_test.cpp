@@ -239,24 +239,26 @@ TEST(SmtpDialogue, ClosingProgramEndsTheWait)
     EXPECT_FALSE(r.relay.SendMail());
 }
 
-TEST(SmtpAddress, HostPortForms)
+TEST(SmtpAddress, HostPortFormsAndLocalParts)
 {
-    auto a = relayAddress(QStringLiteral("mail.example.org"), 25);
-    ASSERT_TRUE(a);
-    EXPECT_EQ(a->host, "mail.example.org");
-    EXPECT_EQ(a->port, 25);
-    a = relayAddress(QStringLiteral(" 127.0.0.1:2525 "), 25);
-    ASSERT_TRUE(a);
-    EXPECT_EQ(a->host, "127.0.0.1");
-    EXPECT_EQ(a->port, 2525);
-    a = relayAddress(QStringLiteral("[::1]:587"), 25);
-    ASSERT_TRUE(a);
-    EXPECT_EQ(a->host, "::1");
-    EXPECT_EQ(a->port, 587);
-    a = relayAddress(QStringLiteral("fe80::1"), 25);
-    ASSERT_TRUE(a);
-    EXPECT_EQ(a->host, "fe80::1");
-    EXPECT_EQ(a->port, 25);
+    struct Case {
+        const char* server;
+        const char* host;
+        quint16 port;
+    };
+    const Case cases[] = {
+        {"mail.example.org", "mail.example.org", 25},
+        {" 127.0.0.1:2525 ", "127.0.0.1", 2525},
+        {"[::1]:587", "::1", 587},
+        {"[::1]", "::1", 25},
+        {"fe80::1", "fe80::1", 25},
+    };
+    for (const Case& c : cases) {
+        const auto a = relayAddress(QLatin1String(c.server), 25);
+        ASSERT_TRUE(a) << c.server;
+        EXPECT_EQ(a->host, QLatin1String(c.host)) << c.server;
+        EXPECT_EQ(a->port, c.port) << c.server;
+    }
     EXPECT_EQ(LocalPart(QStringLiteral("a@b@c")), "a");
     EXPECT_EQ(LocalPart(QStringLiteral("plain")), "plain");
 }

@@ -1,6 +1,7 @@
 // The program's side of the actions: headless lines and the unanswered
 // question, the window's closing that stops the sound, starting a real
 // script, and a real WAV where the machine has an audio output.
+#include "pump_until.h"
 #include "shell/alert_sound.h"
 #include "shell/logind_power.h"
 #include "shell/message_dialog.h"
@@ -20,6 +21,7 @@
 #include <gtest/gtest.h>
 
 using namespace orm;
+using namespace orm::test;
 
 namespace {
 
@@ -48,18 +50,6 @@ public:
 public slots:
     void open(const QUrl& u) { urls << u; }
 };
-
-bool pumpUntil(const std::function<bool()>& done, int ms = 10000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done()) {
-        if (t.elapsed() > ms)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 struct Headless {
     RecordingPower power;

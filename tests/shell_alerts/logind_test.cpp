@@ -1,11 +1,7 @@
 // Restart and shut-down reach a mock logind on a private bus: directly, and
 // from a fired rule, with the question of the first 180 ticks on the window.
 #include "alert_world.h"
-#include "mock_logind.h"
-#include "shell/alert_sound.h"
-#include "shell/logind_power.h"
-#include "shell/message_dialog.h"
-#include "shell/program_alert_host.h"
+#include "answering_window.h"
 
 #include <QPushButton>
 #include <gtest/gtest.h>
@@ -15,44 +11,17 @@ using namespace orm::test;
 
 namespace {
 
-class SilentSound final : public SoundPlayer {
-public:
-    void play(const QString&, bool) override {}
-    void stop() override {}
-};
-
-// A rule that restarts the computer when Node 0 of Graph 0 exceeds 10, with
-// the program's own host, window and logind client on the mock's bus.
-struct RestartRule {
-    MockLogind logind;
-    LogindPower power{logind.connection(), false};
-    SilentSound sound;
-    MessageDialog dialog;
-    ProgramAlertHost host{power, sound};
+// A rule that restarts the computer when Node 0 of Graph 0 exceeds 10.
+struct RestartRule : WindowAndLogind {
     AlertWorld world;
 
     explicit RestartRule(double tickCount)
     {
-        host.setDialog(&dialog);
         world.tester.setHost(&host);
         world.TickCount = tickCount;
         world.store(0, {50, 0});
         world.add(RestartComputer, ExceedsLimit).cLimit = 10;
     }
-    // Clicks the window's button once the question is on screen.
-    void answerWith(QPushButton* button)
-    {
-        auto* poll = new QTimer(&dialog);
-        QObject::connect(poll, &QTimer::timeout, &dialog, [this, button, poll] {
-            if (dialog.isVisible() && dialog.AwaitingAnswer()) {
-                asked = dialog.text();
-                button->click();
-                poll->deleteLater();
-            }
-        });
-        poll->start(10);
-    }
-    QString asked;
 };
 
 }  // namespace

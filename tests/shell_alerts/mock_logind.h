@@ -2,6 +2,8 @@
 // test: restart and shut-down requests land there, never on the machine.
 #pragma once
 
+#include "pump_until.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -22,7 +24,7 @@ public:
         bus_.start(QStringLiteral("dbus-daemon"),
                    {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1"),
                     QStringLiteral("--address=unix:dir=") + dir_.path()});
-        if (!bus_.waitForStarted(5000) || !waitFor([this] { return bus_.canReadLine(); }))
+        if (!bus_.waitForStarted(5000) || !pumpUntil([this] { return bus_.canReadLine(); }))
             return;
         address_ = QString::fromUtf8(bus_.readLine()).trimmed();
 
@@ -36,7 +38,7 @@ public:
         mock_.waitForStarted(5000);
         connection_ = std::make_unique<QDBusConnection>(
             QDBusConnection::connectToBus(address_, QStringLiteral("mock-logind-%1").arg(quintptr(this))));
-        ready_ = connection_->isConnected() && waitFor([this] {
+        ready_ = connection_->isConnected() && pumpUntil([this] {
                      return connection_->interface()->isServiceRegistered(QStringLiteral("org.freedesktop.login1"))
                          .value();
                  });
@@ -73,25 +75,11 @@ public:
     }
     bool waitForCall(const QString& method, int ms = 5000) const
     {
-        return waitFor([&] { return calls().contains(method); }, ms);
+        return pumpUntil([&] { return calls().contains(method); }, ms);
     }
 
 private:
     QString logFile() const { return dir_.filePath(QStringLiteral("logind.log")); }
-    template <typename F>
-    static bool waitFor(F done, int ms = 10000)
-    {
-        QElapsedTimer t;
-        t.start();
-        while (!done()) {
-            if (t.elapsed() > ms)
-                return false;
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-            QThread::msleep(20);
-        }
-        return true;
-    }
-
     QTemporaryDir dir_;
     QProcess bus_;
     QProcess mock_;

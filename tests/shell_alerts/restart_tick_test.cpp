@@ -1,16 +1,10 @@
 // A restart rule read from the settings file at start-up and tested in the
 // tick: at the 180th tick it goes straight to the mock logind; before, the
 // window asks, and Yes switches the rule off.
-#include "mock_logind.h"
+#include "answering_window.h"
 #include "settings_file_monitor.h"
-#include "shell/alert_sound.h"
-#include "shell/logind_power.h"
-#include "shell/message_dialog.h"
-#include "shell/program_alert_host.h"
 
-#include <QPushButton>
 #include <QSettings>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 using namespace orm;
@@ -18,21 +12,11 @@ using namespace orm::test;
 
 namespace {
 
-class SilentSound final : public SoundPlayer {
-public:
-    void play(const QString&, bool) override {}
-    void stop() override {}
-};
-
-struct RestartProgram {
+// A CPU Graph and a rule that restarts the computer when its Node exceeds -1,
+// in the settings file a start reads.
+struct RestartProgram : WindowAndLogind {
     SettingsFileMonitor program;
     HistoryViewFactory views;
-    MockLogind logind;
-    LogindPower power{logind.connection(), false};
-    SilentSound sound;
-    MessageDialog dialog;
-    ProgramAlertHost host{power, sound};
-    QString asked;
 
     RestartProgram()
     {
@@ -48,22 +32,9 @@ struct RestartProgram {
     {
         if (!program.start(views))
             return false;
-        host.setDialog(&dialog);
         program.monitor->alertTester.setHost(&host);
         program.monitor->TickCount = ticksBefore;
         return true;
-    }
-    void answerWith(QPushButton* button)
-    {
-        auto* poll = new QTimer(&dialog);
-        QObject::connect(poll, &QTimer::timeout, &dialog, [this, button, poll] {
-            if (dialog.isVisible() && dialog.AwaitingAnswer()) {
-                asked = dialog.text();
-                button->click();
-                poll->deleteLater();
-            }
-        });
-        poll->start(10);
     }
 };
 
