@@ -107,8 +107,16 @@ void AlertTester::TestAlerts()
 AlertTester::Outcome AlertTester::testAlert(int index)
 {
     const Alert& a = Alerts[size_t(index)];
-    if (!a.rEnabled)
+    if (!a.rEnabled || a.rCondition < ExceedsLimit || a.rCondition > AtMoment)
         return Outcome::Quiet;
+    // A moment is all there is to that condition: neither the Node nor the
+    // exception plays a part, so neither can make the rule stale.
+    if (a.rCondition == AtMoment) {
+        if (presentMoment() != a.cDateValue)
+            return Outcome::Quiet;
+        composeNotice(a);
+        return Outcome::Fires;
+    }
 
     double SampleCount = 1;
     bool AllSamples = false;
@@ -135,15 +143,6 @@ AlertTester::Outcome AlertTester::testAlert(int index)
     }
     default:
         break;
-    }
-
-    if (a.rCondition < ExceedsLimit || a.rCondition > AtMoment)
-        return Outcome::Quiet;
-    if (a.rCondition == AtMoment) {
-        if (presentMoment() != a.cDateValue)
-            return Outcome::Quiet;
-        composeNotice(a);
-        return Outcome::Fires;
     }
 
     const GraphView* graph = view(a.cSensor);

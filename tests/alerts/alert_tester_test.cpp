@@ -193,8 +193,8 @@ TEST(AlertStaleness, HugeWindowsStayBoundedByTheSixteenBitSampleIndex)
 TEST(AlertMoments, FiresOnlyAtTheExactSecond)
 {
     AlertWorld w;
-    Alert& a = w.add(ShowMessageAction, AtMoment);
-    a.cSensor = 99;  // the Node plays no part
+    Alert& a = w.add(ShowMessageAction, AtMoment, ForLengthOfTime);
+    a.cSensor = 99;  // neither the Node nor the exception plays a part
     a.cDateValue = 20260305090742;
     EXPECT_EQ(w.fired(), (std::vector<int>{0}));
     w.clock.advance(1000);
