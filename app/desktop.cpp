@@ -145,7 +145,8 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks, ProgramAle
         panel.show();
     for (const Notice& n : monitor.notices)
         if (!tray.ShowTrayMessage(n.title, n.text))
-            std::printf("%s: %s\n", qPrintable(n.title), qPrintable(QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' '))));
+            std::fprintf(n.warning ? stderr : stdout, "%s: %s\n", qPrintable(n.title),
+                         qPrintable(QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' '))));
     monitor.notices.clear();
     QObject::connect(&panel, &ControlPanel::hiddenToTray, &tray,
                      [&] { tray.ShowTrayMessage(systrayIconNoticeTitle(), systrayIconNoticeText()); });

@@ -2,6 +2,7 @@
 // signals without any window.
 #include "desktop.h"
 #include "display/displayed_graph.h"
+#include "model/ini_file_care.h"
 #include "model/ini_store.h"
 #include "monitor/monitor.h"
 #include "monitor/monitor_loop.h"
@@ -101,6 +102,11 @@ int main(int argc, char* argv[])
     options.execPath = QFileInfo(QCoreApplication::applicationFilePath()).absoluteFilePath();
     const QString configFile = parser.isSet(config) ? parser.value(config) : defaultConfigFile();
 
+    // A folder named as the settings file would be made owner-only and then fail every save.
+    if (const QString refused = unusableSettingsPath(configFile); !refused.isEmpty()) {
+        printLine(stderr, QStringLiteral("ormivane: ") + refused);
+        return 2;
+    }
     if (!QDir().mkpath(options.dataDir)) {
         printLine(stderr, QStringLiteral("ormivane: cannot create the data folder %1").arg(options.dataDir));
         return 2;
@@ -142,7 +148,8 @@ int main(int argc, char* argv[])
         return 3;
     }
     for (const Notice& n : monitor.notices)
-        printLine(stdout, n.title + QStringLiteral(": ") + QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+        printLine(n.warning ? stderr : stdout,
+                  n.title + QStringLiteral(": ") + QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     monitor.notices.clear();
 
     MonitorLoop loop(monitor, maxTicks);

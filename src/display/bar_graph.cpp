@@ -155,7 +155,7 @@ QString barValueTip(const std::vector<Graph>& sensors, int graph, int node, doub
            QStringLiteral("Node:    ") + QString::number(node + 1) + crlf +
            QStringLiteral("Name:   ") + withoutNul(g.Nodes[node].Name) + crlf +
            QStringLiteral("Type:     ") + typeNameOf(sensors, graph, node) + crlf +
-           QStringLiteral("Value:   ") + numberText(v) + QStringLiteral(" ") + g.LegendUnits;
+           QStringLiteral("Value:   ") + screenNumberText(v) + QStringLiteral(" ") + g.LegendUnits;
 }
 
 QStringList barToolTips(const BarGraphState& state)

@@ -210,7 +210,7 @@ void drawBarMeter(QPainter& p, const BarMeter& m, const QRect& at)
     }
     if (m.BarLabelValue) {
         p.setPen(fromBgr(m.ForeColor));
-        p.drawText(QRect(QPoint(0, 0), size), Qt::AlignCenter, numberText(m.Value));
+        p.drawText(QRect(QPoint(0, 0), size), Qt::AlignCenter, screenNumberText(m.Value));
     }
     p.restore();
 }

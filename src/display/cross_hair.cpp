@@ -132,7 +132,7 @@ CrossHairPoint crossHairAt(const std::vector<Graph>& sensors, int graph, const G
     p.value = crossHairRound(bestValue);
     p.y = crossHairLineY(bestValue, pHeight, maxValue);
     const Node& n = g.Nodes[size_t(best)];
-    p.dataText = numberText(p.value) + QLatin1Char(' ') + g.LegendUnits + QStringLiteral(" - ") + labels.at(c) +
+    p.dataText = screenNumberText(p.value) + QLatin1Char(' ') + g.LegendUnits + QStringLiteral(" - ") + labels.at(c) +
                  QStringLiteral("\r\n");
     p.nameText = withoutNul(n.Name) + QStringLiteral(" (") + nodeTypeName(n.NodeType, sensors, graph, best) +
                  QLatin1Char(')');

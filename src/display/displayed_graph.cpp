@@ -12,6 +12,22 @@ DisplayedGraph::DisplayedGraph(std::vector<Graph>& sensors, int index, QString c
 {
     onBarTick = [this](const std::vector<double>& v) { barTick(v); };
     onTrayTick = [this](const std::vector<double>& v) { trayTick(v); };
+    onSetUpNodes = [this](bool clearAllData) { setUpNodeBars(clearAllData); };
+}
+
+void DisplayedGraph::setUpNodeBars(bool clearAllData)
+{
+    // Every Graph keeps its bars ready, so a Graph turned into bars shows them
+    // at once; until a sample comes they stand full and tell "No Data".
+    const Graph& g = sensors_[size_t(index())];
+    const bool fresh = clearAllData || !bars_.writtenToGraph;
+    std::vector<double> newest;
+    for (int k = 1; k <= int(g.Nodes.size()); ++k)
+        newest.push_back(GetAvg(k, 0, 0, false, true, true));
+    setUpBars(bars_, g, maxValue(), clearAllData, newest);
+    if (fresh)
+        for (int i = 0; i < int(bars_.bars.size()); ++i)
+            bars_.bars[size_t(i)].ToolTipText = barNoDataTip(sensors_, index(), i);
 }
 
 void DisplayedGraph::barTick(const std::vector<double>& displayValues)

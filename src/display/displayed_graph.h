@@ -25,6 +25,7 @@ public:
     bool saveSnapshot(const QString& folder, int graphNumber) const;
 
 private:
+    void setUpNodeBars(bool clearAllData);
     void barTick(const std::vector<double>& displayValues);
     void trayTick(const std::vector<double>& displayValues);
 

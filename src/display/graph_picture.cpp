@@ -24,8 +24,8 @@ GraphPicture::GraphPicture(std::vector<Graph>& sensors, int index, QString comma
     debugLog().enter(QStringLiteral("LoadGraph"));
     if (valid()) {
         Graph& g = graph();
-        g.LocWidth = std::max(g.LocWidth, MinWidth);
-        g.LocHeight = std::max(g.LocHeight, MinHeight);
+        g.LocWidth = std::clamp(g.LocWidth, MinWidth, MaxWidth);
+        g.LocHeight = std::clamp(g.LocHeight, MinHeight, MaxHeight);
         sizeFromRecord();
         if (maxValue_ == 0)
             maxValue_ = 100;
@@ -40,8 +40,8 @@ void GraphPicture::sizeFromRecord()
     const Graph& g = graph();
     const int minW = debugMode_ ? FloorWidth : MinWidth;
     const int minH = debugMode_ ? FloorHeight : MinHeight;
-    clientWidth_ = std::max(g.LocWidth, minW);
-    clientHeight_ = std::max(g.LocHeight, minH);
+    clientWidth_ = std::clamp(g.LocWidth, minW, MaxWidth);
+    clientHeight_ = std::clamp(g.LocHeight, minH, MaxHeight);
 }
 
 void GraphPicture::setOldY(qint32 y)
@@ -106,11 +106,15 @@ void GraphPicture::SetUpNodes(bool clearAllData)
         return;
     const Graph& g = graph();
     const int nodes = int(g.Nodes.size());
-    if (clearAllData)
+    if (clearAllData) {
         history_.reset(nodes);
-    else
+    } else {
+        history_.fitNodes(nodes);
         history_.oldYData().resize(size_t(nodes), painter_.geometry().baseLine());
+    }
     painter_.setNodePens(g);
+    if (onSetUpNodes)
+        onSetUpNodes(clearAllData);
 }
 
 void GraphPicture::InitDraw()
@@ -219,6 +223,9 @@ void GraphPicture::WriteGraph(const std::vector<double>& values, const QString& 
     std::vector<qint32>& oldY = history_.oldYData();
     if (oldY.size() < size_t(nodes))
         oldY.resize(size_t(nodes), geo.baseLine());
+    // A Node added without SetUpNodes starts at the moment of this tick.
+    if (saveStackData && nodes > 0 && history_.samples(nodes).count() != history_.labels().count())
+        history_.fitNodes(std::max(nodes, history_.sampleListCount()));
     if (type == LineGraph) {
         painter_.scroll();
         painter_.gridColumn(gridSeconds, labelEvery);
@@ -299,8 +306,8 @@ void GraphPicture::resizeWindow(int width, int height)
         return;
     const int minW = debugMode_ ? FloorWidth : MinWidth;
     const int minH = debugMode_ ? FloorHeight : MinHeight;
-    clientWidth_ = std::max(width, minW);
-    clientHeight_ = std::max(height, minH);
+    clientWidth_ = std::clamp(width, minW, MaxWidth);
+    clientHeight_ = std::clamp(height, minH, MaxHeight);
     painter_.InitGSizeVars(clientWidth_, clientHeight_);
     InitDraw();
     double max = maxValue_;

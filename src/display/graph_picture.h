@@ -18,6 +18,10 @@ class GraphPicture : public GraphView {
 public:
     static constexpr int MinWidth = 180;
     static constexpr int MinHeight = 100;
+    // The largest window a screen holds (8K); a stored size beyond it is cut
+    // down, so that a hand-edited size never asks for gigabytes of picture.
+    static constexpr int MaxWidth = 7680;
+    static constexpr int MaxHeight = 4320;
 
     GraphPicture(std::vector<Graph>& sensors, int index, QString commandLine = {});
 
@@ -62,6 +66,8 @@ public:
     // Bar Graphs and Systray Icons store and auto-range like a Line Graph, then
     // hand over this tick's display values, one per Node.
     std::function<void(const std::vector<double>& displayValues)> onBarTick, onTrayTick;
+    // SetUpNodes rebuilt what exists per Node: the bars follow.
+    std::function<void(bool clearAllData)> onSetUpNodes;
 
 private:
     bool valid() const { return index_ >= 0 && size_t(index_) < sensors_.size(); }

@@ -1,6 +1,7 @@
 #include "display/line_painter.h"
 
 #include "display/colors.h"
+#include "display/image_fold.h"
 #include "display/scale.h"
 
 #include <QFontMetrics>
@@ -342,7 +343,11 @@ void LinePainter::stretchData(double xPercent, double yPercent, const Graph& gra
         if (tw > 0 && th > 0 && pw > 0 && ph > 0) {
             QPainter p(&mix_);
             p.setClipRect(QRect(55, 35, pw + 1, ph + 25));
-            p.drawImage(QRect(tx, ty, tw, th), data_, QRect(55, 35, pw, ph));
+            const QRect plot(55, 35, pw, ph);
+            if (tw < pw || th < ph)  // rows or columns fold together: merge them
+                p.drawImage(tx, ty, foldScaled(data_.copy(plot), back_.copy(plot), tw, th));
+            else
+                p.drawImage(QRect(tx, ty, tw, th), data_, plot);
         }
     }
     // An unchanged width keeps the time labels as they were, unstretched.

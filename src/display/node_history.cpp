@@ -17,6 +17,17 @@ void NodeHistory::removeNode(int node)
         oldY_.erase(oldY_.begin() + node);
 }
 
+void NodeHistory::fitNodes(int nodeCount)
+{
+    samples_.resize(size_t(qMax(nodeCount, 0)));
+    const int width = labels_.count();
+    for (SampleList& list : samples_) {
+        while (list.count() > width)
+            list.removeFirst();
+        list.prepend(width - list.count(), NoSample);
+    }
+}
+
 SampleList& NodeHistory::samples(int k)
 {
     if (k < 1)
@@ -49,20 +60,14 @@ void NodeHistory::addSample(int k, double value, const QString& label, int width
 
 void NodeHistory::level(int width)
 {
-    const int count = labels_.count();
-    if (count > width) {
-        for (int i = 0; i < count - width; ++i) {
-            labels_.removeFirst();
-            for (SampleList& list : samples_)
-                list.removeFirst();
-        }
-    } else if (count < width) {
-        // Every list gets the same number of fillers, so a Node added later
-        // stays as much shorter as it was.
-        labels_.prepend(width - count, noLabel());
-        for (SampleList& list : samples_)
-            list.prepend(width - count, NoSample);
-    }
+    const auto fit = [width](auto& list, const auto& filler) {
+        while (list.count() > width)
+            list.removeFirst();
+        list.prepend(width - list.count(), filler);
+    };
+    fit(labels_, noLabel());
+    for (SampleList& list : samples_)
+        fit(list, NoSample);
 }
 
 double NodeHistory::nodeValue(int node, int samplesBack) const

@@ -71,6 +71,10 @@ public:
     void reset(int nodeCount);
     // Node `node` (from 0) is gone: its list and line end go, later ones move down.
     void removeNode(int node);
+    // Lists for exactly `nodeCount` Nodes, each as long as the label list: a
+    // Node added later gets fillers in front, so that one position is one
+    // moment in every list and a replay puts each curve where it was drawn.
+    void fitNodes(int nodeCount);
     // The number of sample lists (the highest list index).
     int sampleListCount() const { return int(samples_.size()); }
 
@@ -86,7 +90,8 @@ public:
     void addSample(int k, double value, const QString& label, int width);
 
     // All lists to exactly `width` entries: the oldest dropped, or fillers put
-    // in front ("||" for labels, -1 for samples).
+    // in front ("||" for labels, -1 for samples). Each list is cut or filled by
+    // itself, so that the newest entries stay together.
     void level(int width);
 
     // The raw stored sample `samplesBack` from the newest of Node `node` (from 0);

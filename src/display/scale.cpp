@@ -153,7 +153,7 @@ double autoRangeMaximum(const Graph& graph, const NodeHistory& history, const st
 
 QString scaleLabelText(double maxValue, int i)
 {
-    return numberText((maxValue / 4) * i);
+    return screenNumberText((maxValue / 4) * i);
 }
 
 }  // namespace orm

@@ -294,7 +294,7 @@ QString iconTip(const std::vector<Graph>& sensors, int graph, int icon,
     for (int i : iconNodes(g.IconType, icon, count))
         tip += g.Nodes[i].Name + QStringLiteral(" (") +
                nodeTypeName(g.Nodes[i].NodeType, sensors, graph, i) + QStringLiteral(") ") +
-               QStringLiteral("{") + numberText(displayValues[i]) + QStringLiteral(" ") +
+               QStringLiteral("{") + screenNumberText(displayValues[i]) + QStringLiteral(" ") +
                g.LegendUnits + QStringLiteral("}  ");
     return tip;
 }

@@ -1,5 +1,8 @@
 #include "ini_store.h"
 
+#include "model/ini_file_care.h"
+
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -45,12 +48,20 @@ constexpr QFileDevice::Permissions OthersBits = QFileDevice::ReadGroup | QFileDe
 
 }  // namespace
 
-IniStore::IniStore(const QString& file)
-    : file_(QFileInfo(file).absoluteFilePath()),
-      settings_(std::make_unique<QSettings>(file_, QSettings::IniFormat))
+IniStore::IniStore(const QString& file) : file_(QFileInfo(file).absoluteFilePath())
 {
+    removeLeftovers(file_);
+    settings_ = std::make_unique<QSettings>(file_, QSettings::IniFormat);
     if (settings_->status() == QSettings::FormatError)
         error_ = QStringLiteral("Some lines of the settings file %1 could not be read.").arg(file_);
+    // Every save writes the file anew from what was read: what was not read
+    // whole is kept as it stands first.
+    if (!readsWhole(file_, int(settings_->allKeys().size()))) {
+        keptAside_ = keepAside(file_, QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss")));
+        if (keptAside_.isEmpty())
+            error_ = QStringLiteral("The settings file %1 could not be read whole, and no copy of it could be made.")
+                         .arg(file_);
+    }
 }
 
 QString IniStore::readValue(const QString& path, const QString& name, const QString& def) const
@@ -140,7 +151,7 @@ bool IniStore::prepareFile()
 
 void IniStore::restrictMode()
 {
-    if (QFile::permissions(file_) & OthersBits)
+    if (QFileInfo(file_).isFile() && QFile::permissions(file_) & OthersBits)
         QFile::setPermissions(file_, OwnerOnly);
 }
 

@@ -11,6 +11,8 @@ namespace orm {
 
 class IniStore final : public KeyValueStore {
 public:
+    // Clears what a killed save left beside the file, and keeps a copy of a
+    // file that would not come back whole from what is read (keptAside()).
     explicit IniStore(const QString& file);
 
     QString readValue(const QString& path, const QString& name, const QString& def) const override;
@@ -25,6 +27,7 @@ public:
     // changed on disk.
     void reload() override;
     QString lastError() const override { return error_; }
+    QString keptAside() const override { return keptAside_; }
 
     const QString& fileName() const { return file_; }
 
@@ -36,6 +39,7 @@ private:
     QString file_;
     std::unique_ptr<QSettings> settings_;
     QString error_;
+    QString keptAside_;
 };
 
 }  // namespace orm

@@ -34,6 +34,9 @@ public:
     // Takes in what another process wrote.
     virtual void reload() = 0;
     virtual QString lastError() const = 0;
+    // Where the store kept a copy of what it could not read whole when it was
+    // opened, before anything could be saved over it; empty when it did not.
+    virtual QString keptAside() const { return QString(); }
 };
 
 // The value name that stands for a key's default value.

@@ -1,7 +1,9 @@
 #include "number_text.h"
 
+#include <QLocale>
+
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 namespace orm {
@@ -13,10 +15,28 @@ QString numberText(double value)
     if (value == 0)
         return QStringLiteral("0");  // also folds -0
     char buf[40];
-    // %G switches to the exponent form exactly where the runtime's shortest
-    // form does: below 1E-04 and from 1E+15 on.
-    std::snprintf(buf, sizeof buf, "%.15G", value);
-    return QString::fromLatin1(buf);
+    // The general form switches to the exponent exactly where the runtime's
+    // shortest form does: below 1E-04 and from 1E+15 on. to_chars, unlike
+    // printf, never takes the decimal separator from the C locale.
+    const auto end = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::general, 15).ptr;
+    return QString::fromLatin1(buf, end - buf).toUpper();
+}
+
+QString screenNumberText(double value)
+{
+    QString text = numberText(value);
+    const QString point = QLocale().decimalPoint();
+    if (point != QLatin1String("."))
+        text.replace(QLatin1Char('.'), point);
+    return text;
+}
+
+double typedNumber(const QString& text)
+{
+    const QString point = QLocale().decimalPoint();
+    if (point == QLatin1String("."))
+        return leadingNumber(text);
+    return leadingNumber(QString(text).replace(point, QStringLiteral(".")));
 }
 
 double leadingNumber(const QString& text)

@@ -7,8 +7,14 @@
 namespace orm {
 
 // The shortest decimal text of a double with up to 15 significant digits:
-// "1000", "0.5", "1E+15", "1E-05"; whole numbers have no decimal point.
+// "1000", "0.5", "1E+15", "1E-05"; whole numbers have no decimal point. Always
+// with ".", whatever the desktop's locale: the settings file, the log and the
+// gadget files are read back on other machines and split at ",".
 QString numberText(double value);
+// The same number as the screen shows it: with the locale's decimal separator.
+QString screenNumberText(double value);
+// A number the user typed on screen: the locale's separator or ".".
+double typedNumber(const QString& text);
 
 // The numeric value of a text's leading number ("12abc" is 12, "abc" is 0),
 // the way stored values are read.

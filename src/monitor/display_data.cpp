@@ -94,8 +94,9 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
     case ProcessType: {
         trace(QStringLiteral("DisplayData SINGLE_PROCESS"));
         ProcessTable& table = *sources_.processes;
-        if (node.ProcessIndex < 0 || node.ProcessIndex >= qint16(table.ProcessMemory().size()))
-            return 0.0;
+        linkProcessNodes();
+        if (!linkedToItsProcess(node, table))
+            return 0.0;  // never another process's memory
         table.RefreshProcessMemory(node.ProcessIndex);
         return double(table.memoryAt(node.ProcessIndex));
     }
@@ -123,6 +124,24 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
         // their sources arrive; until then they read 0.
         return 0.0;
     }
+}
+
+// A Process Node's row must hold a process of its name. Rows move with every
+// rebuild of the table, whoever asked for it, and the panel may change what a
+// Node watches: then every Node is linked again. A Node that found no row
+// stays unlinked until the next rebuild.
+void Monitor::linkProcessNodes()
+{
+    const ProcessTable& table = *sources_.processes;
+    bool stale = table.generation() != linkedProcessGeneration_;
+    for (size_t g = 0; g < Sensors.size() && !stale; ++g)
+        for (const Node& node : Sensors[g].Nodes)
+            if (node.NodeType == ProcessType && node.ProcessIndex >= 0 && !linkedToItsProcess(node, table))
+                stale = true;
+    if (!stale)
+        return;
+    ProcessIndexes(Sensors, table);
+    linkedProcessGeneration_ = table.generation();
 }
 
 double Monitor::evaluateAdapterNode(Node& node, double seconds)

@@ -35,9 +35,9 @@ QString Monitor::debugLogPath() const
     return options_.dataDir + QLatin1Char('/') + QLatin1String(ProductName) + QStringLiteral(".txt");
 }
 
-void Monitor::addNotice(const QString& title, const QString& text)
+void Monitor::addNotice(const QString& title, const QString& text, bool warning)
 {
-    notices.push_back({title, text});
+    notices.push_back({title, text, warning});
 }
 
 void Monitor::SaveSettings()
@@ -91,11 +91,19 @@ void Monitor::unload()
     sources_.processes->erase();
     LogWriter::removeWorkingCopies(options_.dataDir);
     GraphForms.clear();
-    store_.writeValue(QStringLiteral("Settings"), QStringLiteral("XLoc"), QString::number(Settings.XLoc));
-    store_.writeValue(QStringLiteral("Settings"), QStringLiteral("YLoc"), QString::number(Settings.YLoc));
-    store_.sync();
+    // Only a panel that moved is saved: an exit never rewrites the file for nothing.
+    bool moved = false;
+    for (const auto& [name, value] : {std::pair{QStringLiteral("XLoc"), Settings.XLoc}, std::pair{QStringLiteral("YLoc"), Settings.YLoc}}) {
+        const QString text = QString::number(value);
+        if (store_.readValue(SettingsKey, name, QString()) != text) {
+            store_.writeValue(SettingsKey, name, text);
+            moved = true;
+        }
+    }
+    if (moved)
+        store_.sync();
     trace(QStringLiteral("UnLoadMain 2.0"));
-    instanceLock_.reset();
+    instanceLock_.release();
 }
 
 }  // namespace orm

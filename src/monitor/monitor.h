@@ -9,10 +9,10 @@
 #include "model/key_value_store.h"
 #include "model/model.h"
 #include "model/settings_store.h"
+#include "monitor/instance_lock.h"
 #include "monitor/source_set.h"
 #include "logging/log_writer.h"
 
-#include <QLockFile>
 #include <QStringList>
 #include <functional>
 #include <memory>
@@ -40,6 +40,7 @@ struct PanelLists {
 struct Notice {
     QString title;
     QString text;
+    bool warning = false;  // headless, on the error output
 };
 
 class Monitor {
@@ -129,8 +130,9 @@ private:
     void setFlags(TickFlags& flags);
     void readSources(const TickFlags& flags);
     void logData(const LogFlags& flags);
+    void linkProcessNodes();
     void firstRunOrLoad();
-    void addNotice(const QString& title, const QString& text);
+    void addNotice(const QString& title, const QString& text, bool warning = false);
     void splash(const QString& text)
     {
         if (onSplash)
@@ -145,10 +147,11 @@ private:
     GraphViewFactory& views_;
     std::unique_ptr<LogWriter> logWriter_;
     std::unique_ptr<AutoStartEntry> autoStart_;
-    std::unique_ptr<QLockFile> instanceLock_;
+    InstanceLock instanceLock_;
     QString startError_;
     qint32 tickUptime_ = 0;  // up-time clock at this tick's start (SYS_TMR, uptime Node)
     bool unloaded_ = false;
+    quint64 linkedProcessGeneration_ = 0;  // the process table's rebuild the Nodes were linked to
 };
 
 // The rules shared by several Node types.

@@ -19,20 +19,31 @@ bool Monitor::startUp()
 
     // 2. One instance per data folder.
     QDir().mkpath(options_.dataDir);
-    instanceLock_ = std::make_unique<QLockFile>(options_.dataDir + QStringLiteral("/Ormivane.lock"));
-    instanceLock_->setStaleLockTime(0);
-    if (!instanceLock_->tryLock(0)) {
+    switch (instanceLock_.take(options_.dataDir + QStringLiteral("/Ormivane.lock"))) {
+    case InstanceLock::Taken:
+        break;
+    case InstanceLock::HeldByAnother:
         startError_ = QLatin1String(ProductName) +
                       QStringLiteral(" is already running, please look for the icon in the Systray");
-        instanceLock_.reset();
+        Closing = true;
+        return false;
+    case InstanceLock::Unusable:
+        startError_ = instanceLock_.error();
         Closing = true;
         return false;
     }
 
+    if (!store_.keptAside().isEmpty())
+        addNotice(QLatin1String(ProductName),
+                  QStringLiteral("The settings file could not be read whole (a quote or a line edited by hand?). "
+                                 "It was kept as it stood in %1 before anything was saved over it.")
+                      .arg(store_.keptAside()),
+                  true);
+
     // 3. A stop signal left from an earlier session must not close this one. (The product's
     // name has no blanks, so the second key the name without blanks would give is this one.)
-    store_.deleteValue(SettingsKey, QStringLiteral("CloseNow"));
-    store_.sync();
+    if (store_.deleteValue(SettingsKey, QStringLiteral("CloseNow")))
+        store_.sync();
 
     // 4.
     if (commandLineHas(QStringLiteral("txtDebug"))) {
@@ -121,6 +132,7 @@ bool Monitor::startUp()
     trace(QStringLiteral("LoadMain 1.6"));
     splash(QStringLiteral("Indexes...."));
     ProcessIndexes(Sensors, *sources_.processes);
+    linkedProcessGeneration_ = sources_.processes->generation();
     trace(QStringLiteral("LoadMain 1.7"));
 
     // 24.
@@ -153,8 +165,10 @@ bool Monitor::startUp()
 
 void Monitor::firstRunOrLoad()
 {
+    // Only a missing value or "True" is a first start: anything else a hand left
+    // there must not cost the user the Graphs of the file.
     const bool firstRun =
-        parseBool(store_.readValue(SettingsKey, QStringLiteral("FirstRun"), QStringLiteral("True"))).value_or(true);
+        parseBool(store_.readValue(SettingsKey, QStringLiteral("FirstRun"), QStringLiteral("True"))).value_or(false);
     if (firstRun) {
         store_.writeValue(SettingsKey, QStringLiteral("FirstRun"), QStringLiteral("False"));
         Settings.FirstRun = false;

@@ -235,6 +235,7 @@ void Monitor::logData(const LogFlags& flags)
     if (flags.logProcesses)
         in.processUpperBound = sources_.processes->upperBound();
     if (flags.logProcess) {
+        linkProcessNodes();  // a Node unlinked has no column: never another process's figure
         const auto& memory = sources_.processes->ProcessMemory();
         in.processMemory.assign(memory.begin(), memory.end());
     }

@@ -152,7 +152,7 @@ void GraphPanel::showSeconds(int seconds)
 void GraphPanel::showMaximum(double max)
 {
     Quiet quiet(loading_);
-    txtMaxLimits_->setText(numberText(max));
+    txtMaxLimits_->setText(screenNumberText(max));
     vscMaximum_->setValue(scrollValue(max));
 }
 
@@ -238,7 +238,7 @@ void GraphPanel::maximumEntered()
     Graph* g = current();
     if (!g)
         return;
-    const double max = leadingNumber(txtMaxLimits_->text());
+    const double max = typedNumber(txtMaxLimits_->text());
     showMaximum(max);
     if (max == g->LegendMax)
         return;

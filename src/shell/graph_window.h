@@ -55,15 +55,6 @@ private:
     bool upward_ = true;
 };
 
-// The parts of a transparent Bar Graph that stay visible, in window pixels.
-QRegion barFrameRegion(const Graph& graph, const PlotGeometry& geo);
-QRegion barGridRegion(const Graph& graph, const PlotGeometry& geo);
-// The scale labels and units: the marked pixels left of the plot.
-QRegion legendRegion(const QImage& picture, const Graph& graph, const PlotGeometry& geo);
-// The window's shape: grid and frame with TransGrid, the legend with
-// TransLegend, and the bars. Empty when nothing is left.
-QRegion barWindowShape(const Graph& graph, const PlotGeometry& geo, const QImage& picture, const QRegion& bars);
-
 class GraphWindow : public QWidget {
     Q_OBJECT
 public:

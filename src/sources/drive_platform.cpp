@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
+#include <algorithm>
 #include <utility>
 
 #include <sys/stat.h>
@@ -77,11 +78,16 @@ LinuxDrivePlatform::LinuxDrivePlatform(QString procRoot, QString sysRoot, QStrin
 QStringList LinuxDrivePlatform::driveStrings()
 {
     drives_.clear();
+    mountedDevices_.clear();
     if (const auto text = readPlatformFile(procRoot_ + QStringLiteral("/self/mounts")))
         drives_ = driveMounts(parseMounts(*text));
     QStringList roots;
-    for (const MountEntry& m : drives_)
+    for (const MountEntry& m : drives_) {
         roots << m.mountPoint;
+        struct stat st {};
+        if (::stat(QFile::encodeName(m.mountPoint).constData(), &st) == 0)
+            mountedDevices_.emplace_back(m.mountPoint, quint64(st.st_dev));
+    }
     return roots;
 }
 
@@ -209,8 +215,18 @@ int LinuxDrivePlatform::driveType(const QString& root)
 
 std::optional<DriveSpaceFigures> LinuxDrivePlatform::diskFreeSpace(const QString& name)
 {
+    if (name.isEmpty())
+        return std::nullopt;
+    const QByteArray path = QFile::encodeName(name);
+    struct stat st {};
+    if (::stat(path.constData(), &st) != 0)
+        return std::nullopt;
+    const auto mounted = std::find_if(mountedDevices_.begin(), mountedDevices_.end(),
+                                      [&](const auto& m) { return m.first == name; });
+    if (mounted == mountedDevices_.end() || mounted->second != quint64(st.st_dev))
+        return std::nullopt;  // not (or no longer) a mounted drive
     struct statvfs vfs {};
-    if (name.isEmpty() || ::statvfs(QFile::encodeName(name).constData(), &vfs) != 0)
+    if (::statvfs(path.constData(), &vfs) != 0)
         return std::nullopt;
     DriveSpaceFigures s;
     s.TotalBytes = quint64(vfs.f_blocks) * vfs.f_frsize;

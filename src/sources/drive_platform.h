@@ -66,6 +66,7 @@ public:
     QStringList driveStrings() override;
     std::optional<QString> volumeName(const QString& root) override;
     int driveType(const QString& root) override;
+    // Nothing for a name that is no longer a mounted drive, as for a failed query.
     std::optional<DriveSpaceFigures> diskFreeSpace(const QString& name) override;
     std::optional<DiskPerformance> diskPerformance(const QString& name) override;
 
@@ -85,6 +86,9 @@ private:
 
     QString procRoot_, sysRoot_, devRoot_;
     std::vector<MountEntry> drives_;  // as of the last look at the mounts
+    // The filesystem each mount point showed at that look: once unmounted, the
+    // folder shows the filesystem beneath, whose space is not the drive's.
+    std::vector<std::pair<QString, quint64>> mountedDevices_;
 };
 
 // The major:minor pair packed the kernel's way; never 0 for a real device.

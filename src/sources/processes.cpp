@@ -31,6 +31,7 @@ qint16 ProcessTable::RefreshProcessList()
         return 0;
     rows_ = std::move(rows);
     memory_ = std::move(memory);
+    ++generation_;
     return qint16(std::min<size_t>(rows_.size(), std::numeric_limits<qint16>::max()));
 }
 
@@ -52,7 +53,18 @@ void ProcessTable::erase()
 {
     rows_.clear();
     memory_.clear();
+    ++generation_;
 }
+
+namespace {
+
+QString cutAtNul(const QString& name)
+{
+    const qsizetype nul = name.indexOf(QChar(u'\0'));
+    return nul < 0 ? name : name.left(nul);
+}
+
+}  // namespace
 
 void ProcessIndexes(std::vector<Graph>& sensors, const ProcessTable& table)
 {
@@ -60,15 +72,20 @@ void ProcessIndexes(std::vector<Graph>& sensors, const ProcessTable& table)
     const auto& rows = table.rows();
     for (Graph& graph : sensors) {
         for (Node& node : graph.Nodes) {
-            for (size_t row = 0; row < rows.size(); ++row) {
-                const QString& name = rows[row].szExeFile;
-                const qsizetype nul = name.indexOf(QChar(u'\0'));
-                if ((nul < 0 ? name : name.left(nul)) == node.ProcessMonitoring)
+            node.ProcessIndex = -1;
+            for (size_t row = 0; row < rows.size(); ++row)
+                if (cutAtNul(rows[row].szExeFile) == node.ProcessMonitoring)
                     node.ProcessIndex = qint16(row);
-            }
         }
     }
     debugLog().leave(QStringLiteral("ProcessIndexes"));
+}
+
+bool linkedToItsProcess(const Node& node, const ProcessTable& table)
+{
+    const auto& rows = table.rows();
+    return node.ProcessIndex >= 0 && size_t(node.ProcessIndex) < rows.size() &&
+           cutAtNul(rows[size_t(node.ProcessIndex)].szExeFile) == node.ProcessMonitoring;
 }
 
 }  // namespace orm

@@ -44,15 +44,24 @@ public:
     // Shut-down empties both tables.
     void erase();
 
+    // Counts the rebuilds: rows may have moved whenever it changes, and every
+    // Node's ProcessIndex must be linked again.
+    quint64 generation() const { return generation_; }
+
 private:
     ProcPidReader reader_;
     std::vector<ProcessEntry> rows_;
     std::vector<qint64> memory_;
+    quint64 generation_ = 0;
 };
 
 // Points each Node's ProcessIndex at the row whose name equals its
 // ProcessMonitoring. Rows are walked upward, so with two processes of one name
-// the last row wins; a Node that matches no row keeps its earlier index.
+// the last row wins. A Node that matches no row points at none (-1): an
+// earlier index would show the memory of whatever process stands there now.
 void ProcessIndexes(std::vector<Graph>& sensors, const ProcessTable& table);
+
+// True when the Node's ProcessIndex is a row holding a process of its name.
+bool linkedToItsProcess(const Node& node, const ProcessTable& table);
 
 }  // namespace orm

@@ -20,11 +20,13 @@ TEST(NodeHistory, TrimsLevelsAndKeepsOrder)
     EXPECT_EQ(h.nodeValue(7, 0), 0.0);  // no such Node
     EXPECT_EQ(h.samples(9).count(), 0);  // an absent list reads empty
 
-    h.level(5);  // fillers in front; the shorter list stays as much shorter
+    h.level(5);  // fillers in front of each list, so that the newest stay side by side
     EXPECT_EQ(h.labels().at(2), "||");
     EXPECT_EQ(h.samples(1).at(2), -1);
     EXPECT_EQ(h.samples(1).at(5), 5);
-    EXPECT_EQ(h.samples(2).count(), 4);
+    ASSERT_EQ(h.samples(2).count(), 5);
+    EXPECT_EQ(h.samples(2).at(3), -1);
+    EXPECT_EQ(h.samples(2).at(5), 50);
     h.level(2);  // the oldest dropped
     EXPECT_EQ(h.labels().at(1), "4");
     EXPECT_EQ(h.samples(1).at(1), 4);

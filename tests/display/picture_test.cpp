@@ -64,6 +64,75 @@ struct Rig {
 
 }  // namespace
 
+// The plot columns (x) in which `colour` shows above the base line (where a
+// Node draws the columns it has no sample for).
+std::vector<int> columnsWith(const Rig& rig, QRgb colour)
+{
+    std::vector<int> xs;
+    for (int x = 56; x <= 544; ++x)
+        for (int y = 36; y <= 128; ++y)
+            if (y != 59 && y != 83 && y != 107 && rig.at(x, y) == colour) {
+                xs.push_back(x);
+                break;
+            }
+    return xs;
+}
+
+TEST(GraphPicture, ARedrawAfterNodesComeAndGoKeepsEveryCurveWhereItWas)
+{
+    Rig rig;
+    rig.write({10}, 30);
+    Node later;
+    later.PenColor = Green;
+    rig.graph().Nodes.push_back(later);  // added while the first has a history
+    rig.pic->SetUpNodes(false);
+    rig.write({10, 60}, 20);
+    const std::vector<int> red = columnsWith(rig, rgbOf(Red)), green = columnsWith(rig, rgbOf(Green));
+    ASSERT_FALSE(green.empty());
+    EXPECT_GE(green.front(), 543 - 20);
+
+    rig.pic->InitDraw();  // the graph menu's Redraw Graph
+    rig.pic->RedrawGraph();
+    EXPECT_EQ(columnsWith(rig, rgbOf(Red)), red);
+    EXPECT_EQ(columnsWith(rig, rgbOf(Green)), green);
+    rig.write({10, 60}, 3);
+    const std::vector<int> greenNow = columnsWith(rig, rgbOf(Green));
+    EXPECT_EQ(rig.pic->GetNodeValue(1, 0), 60);
+    EXPECT_EQ(rig.pic->GetNodeValue(1, 22), 60);
+    EXPECT_EQ(rig.pic->GetNodeValue(0, 40), 10);
+
+    // The first Node goes: the second keeps its place.
+    rig.pic->removeNode(0);
+    rig.graph().Nodes.erase(rig.graph().Nodes.begin());
+    rig.pic->SetUpNodes(false);
+    rig.pic->InitDraw();
+    rig.pic->RedrawGraph();
+    EXPECT_EQ(columnsWith(rig, rgbOf(Green)), greenNow);
+    EXPECT_TRUE(columnsWith(rig, rgbOf(Red)).empty());
+    rig.write({70}, 500);  // the history keeps its width as it scrolls on
+    EXPECT_EQ(rig.pic->GetNodeValue(0, 0), 70);
+    EXPECT_EQ(rig.pic->GetNodeValue(0, 489), 70);
+}
+
+TEST(GraphPicture, RaisingTheScaleKeepsEveryDrawnColumnOfAFlatStretch)
+{
+    Rig rig(true);
+    // Red, alone or lit up by a grid line beneath.
+    const auto redIn = [&](int x) {
+        for (int y = 36; y <= 131; ++y)
+            if (qRed(rig.at(x, y)) == 255 && qGreen(rig.at(x, y)) < 0x80)
+                return true;
+        return false;
+    };
+    rig.write({2}, 15);   // a plateau at the top of a scale of 2
+    rig.write({100});     // the scale climbs fifty-fold: the plateau folds into the bottom rows
+    for (int x = 530; x <= 542; ++x)
+        EXPECT_TRUE(redIn(x)) << "column " << x;
+    rig.write({1000});    // and again, tenfold
+    for (int x = 529; x <= 541; ++x)
+        EXPECT_TRUE(redIn(x)) << "column " << x;
+}
+
 TEST(GraphPicture, LineStandsAtTheComputedRow)
 {
     Rig rig;

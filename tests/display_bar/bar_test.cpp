@@ -1,6 +1,7 @@
 #include "display/bar_graph.h"
 #include "display/bar_meter.h"
 #include "display/colors.h"
+#include "display/displayed_graph.h"
 
 #include <QImage>
 #include <gtest/gtest.h>
@@ -116,4 +117,39 @@ TEST(BarGraph, TickSetsLevelsLineEndsTipsAndPaintsTheBars)
     const QRegion shape = barRegion(state, g, 200);
     EXPECT_TRUE(shape.contains(rects[0].center()) && shape.contains(rects[2].center()));
     EXPECT_FALSE(shape.contains(QPoint(85, 100)));
+}
+
+// A Bar Graph has its bars, lit and telling "No Data", from the moment its
+// window opens or it turns from a Line Graph into bars, before any sample.
+TEST(BarGraphPicture, BarsStandBeforeTheFirstSample)
+{
+    std::vector<Graph> sensors{barGraph()};
+    Graph& g = sensors[0];
+    g.GraphType = BarGraph;
+    g.LocWidth = 568;
+    g.LocHeight = 159;
+    g.GraphBackColor = 0xFFFFFF;
+    DisplayedGraph fresh(sensors, 0, QString(), QString());
+    fresh.OpenGraph();
+    ASSERT_EQ(fresh.bars().bars.size(), 3u);
+    EXPECT_EQ(barToolTips(fresh.bars()),
+              QStringList({QStringLiteral("New Node (Ping) - No Data"), QStringLiteral("New Node (Ping) - No Data"),
+                           QStringLiteral("cpu (CPU 1) - No Data")}));
+    const QImage shown = fresh.windowPicture();
+    const QRect first = barRects(g, fresh.geometry().pHeight)[0];
+    int green = 0;
+    for (int y = first.top(); y <= first.bottom(); ++y)
+        for (int x = first.left(); x <= first.right(); ++x)
+            green += shown.pixelColor(x, y) == fromBgr(0x00FF00);
+    EXPECT_GT(green, first.width() * first.height() / 4);
+
+    // A Line Graph with a history, switched to bars.
+    g.GraphType = LineGraph;
+    DisplayedGraph line(sensors, 0, QString(), QString());
+    line.OpenGraph();
+    line.WriteGraph({5, 6, 7}, QStringLiteral("10:00:00"), 60, 5);
+    g.GraphType = BarGraph;
+    line.SetUpNodes(false);
+    EXPECT_EQ(line.bars().bars.size(), 3u);
+    EXPECT_EQ(barToolTips(line.bars()).value(2), QStringLiteral("cpu (CPU 1) - No Data"));
 }

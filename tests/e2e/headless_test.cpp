@@ -216,6 +216,43 @@ TEST_F(Headless, ALogFolderThatCannotBeMadeEndsTheProgramWithAMessage)
     EXPECT_TRUE(err.contains(QStringLiteral("Logs"))) << err.toStdString();
 }
 
+TEST_F(Headless, AConfigThatIsAFolderOrCannotBeMadeIsRefused)
+{
+    const QString folder = dir.filePath(QStringLiteral("settings-folder"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ASSERT_TRUE(QFile::setPermissions(folder, QFile::Permissions(0x7755)));
+    const QFile::Permissions before = QFile::permissions(folder);
+    {
+        QFile blocker(dir.filePath(QStringLiteral("plain-file")));  // a file where a folder would be made
+        ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    }
+    for (const QString& bad : {folder, dir.filePath(QStringLiteral("plain-file/sub/o.conf"))}) {
+        SCOPED_TRACE(bad.toStdString());
+        config = bad;
+        QString err;
+        EXPECT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("1")}, &err), 2);
+        EXPECT_TRUE(err.contains(bad)) << err.toStdString();
+    }
+    EXPECT_EQ(QFile::permissions(folder), before);
+    EXPECT_FALSE(QFile::exists(dataDir + QStringLiteral("/Logs")));  // refused before anything ran
+}
+
+TEST_F(Headless, AWindowSizeNoScreenCanHoldIsCutDownAndTheProgramRuns)
+{
+    {
+        QSettings s(config, QSettings::IniFormat);
+        s.setValue(QStringLiteral("Settings/FirstRun"), QStringLiteral("False"));
+        s.setValue(QStringLiteral("Settings/Sensors"), QStringLiteral("2"));
+        s.setValue(QStringLiteral("Settings/Sensor1/LocWidth"), QStringLiteral("2147483647"));
+        s.setValue(QStringLiteral("Settings/Sensor1/LocHeight"), QStringLiteral("2147483647"));
+        s.setValue(QStringLiteral("Settings/Sensor2/GraphType"), QStringLiteral("2"));
+        s.setValue(QStringLiteral("Settings/Sensor2/LocWidth"), QStringLiteral("900000"));
+        s.setValue(QStringLiteral("Settings/Sensor2/Node1/NodeType"), QStringLiteral("5"));
+    }
+    QString err;
+    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("2")}, &err), 0) << err.toStdString();
+}
+
 TEST_F(Headless, DebugWordWritesTheTrace)
 {
     ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("1"), QStringLiteral("txtDebug")}), 0);

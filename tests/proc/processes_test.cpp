@@ -77,7 +77,7 @@ TEST(ProcessTable, SnapshotOfFixtureTreeAndProcessIndexes)
     sensors[1].Nodes[0].ProcessMonitoring = "odd name, v2";
     ProcessIndexes(sensors, table);
     EXPECT_EQ(sensors[0].Nodes[0].ProcessIndex, 5);  // two rows of that name: the last
-    EXPECT_EQ(sensors[0].Nodes[1].ProcessIndex, 42);  // no match: kept
+    EXPECT_EQ(sensors[0].Nodes[1].ProcessIndex, -1);  // no match: linked to no row, never a stale one
     EXPECT_EQ(sensors[1].Nodes[0].ProcessIndex, 3);
 
     // A root that cannot be listed, or that holds no process, gives no rows.

@@ -154,7 +154,7 @@ TEST_F(GraphWindowTest, TransparentBarGraphTakesTheShapeOfItsParts)
     graph.Nodes = {Node{}};
     make();
     window->OpenGraph();
-    EXPECT_FALSE(window->shaped());  // no bars yet, nothing kept: the shape stays as it was
+    EXPECT_TRUE(window->shaped());  // the bars stand from the start, before any sample
     picture->WriteGraph({50}, QStringLiteral("t"), 60, 5);
     window->refresh();
     ASSERT_TRUE(window->shaped());

@@ -95,6 +95,37 @@ TEST_F(MultiDisk, DiskCountersOfTheMountsDevice)
     EXPECT_EQ(DriveInfo(p).GetDriveSpace("/not/mounted"), std::make_pair(0.0, 0.0));
 }
 
+TEST_F(MultiDisk, ADriveUnmountedWhileRunningReadsNoSpaceOfTheFilesystemBeneath)
+{
+    struct stat shm {}, here {};
+    QTemporaryDir place;
+    if (::stat("/dev/shm", &shm) != 0 || ::stat(QFile::encodeName(place.path()).constData(), &here) != 0 ||
+        shm.st_dev == here.st_dev)
+        GTEST_SKIP() << "needs /dev/shm on a filesystem of its own";
+    // The mount point is a link, so that the test can do what an unmount does: leave the
+    // same path showing another filesystem.
+    const QString point = place.filePath("vol"), beneath = place.filePath("beneath");
+    ASSERT_TRUE(QDir().mkpath(beneath));
+    ASSERT_EQ(::symlink("/dev/shm", QFile::encodeName(point).constData()), 0);
+    write("self/mounts", "/dev/sdb1 " + QFile::encodeName(point) + " vfat rw 0 0\n");
+    DriveInfo info(p);
+    sectors(2, 10);
+    info.GetDriveInfo();
+    const DriveRecord& d = info.DriveTable[0];
+    info.UpdateDriveCounters(0);
+    sectors(3, 12);
+    info.UpdateDriveCounters(0);
+    EXPECT_GT(d.TotalBytes, 0.0);  // mounted: its own space
+
+    ASSERT_TRUE(QFile::remove(point));
+    ASSERT_EQ(::symlink(QFile::encodeName(beneath).constData(), QFile::encodeName(point).constData()), 0);
+    sectors(4, 14);
+    info.UpdateDriveCounters(0);
+    EXPECT_EQ(d.TotalBytes, 0.0);
+    EXPECT_EQ(d.FreeBytes, 0.0);
+    EXPECT_EQ(info.GetDriveSpace(d.Name), std::make_pair(0.0, 0.0));
+}
+
 TEST_F(MultiDisk, CountersBaselineThenPreviousThenByteDeltas)
 {
     write("self/mounts", "/dev/sdb1 / vfat rw 0 0\n");  // a removable disk on a folder with real space

@@ -1,0 +1,58 @@
+#include "display/image_fold.h"
+
+#include <cstdlib>
+#include <vector>
+
+namespace orm {
+
+namespace {
+
+int distance(QRgb a, QRgb b)
+{
+    return std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) + std::abs(qBlue(a) - qBlue(b));
+}
+
+// For each target index, the first source index it covers; the last entry is the source length.
+std::vector<int> spans(int sourceLength, int targetLength)
+{
+    std::vector<int> starts(size_t(targetLength) + 1);
+    for (int t = 0; t <= targetLength; ++t)
+        starts[size_t(t)] = int(qint64(t) * sourceLength / targetLength);
+    return starts;
+}
+
+}  // namespace
+
+QImage foldScaled(const QImage& source, const QImage& background, int width, int height)
+{
+    if (width <= 0 || height <= 0 || source.isNull())
+        return QImage();
+    const QImage src = source.convertToFormat(QImage::Format_RGB32);
+    const QImage back = background.convertToFormat(QImage::Format_RGB32);
+    QImage out(width, height, QImage::Format_RGB32);
+    const std::vector<int> xs = spans(src.width(), width), ys = spans(src.height(), height);
+    for (int ty = 0; ty < height; ++ty) {
+        auto* line = reinterpret_cast<QRgb*>(out.scanLine(ty));
+        const int y0 = ys[size_t(ty)], y1 = std::max(ys[size_t(ty) + 1], y0 + 1);
+        for (int tx = 0; tx < width; ++tx) {
+            const int x0 = xs[size_t(tx)], x1 = std::max(xs[size_t(tx) + 1], x0 + 1);
+            QRgb best = reinterpret_cast<const QRgb*>(src.constScanLine(y0))[x0];
+            int strongest = -1;
+            for (int y = y0; y < y1; ++y) {
+                const auto* s = reinterpret_cast<const QRgb*>(src.constScanLine(y));
+                const auto* b = reinterpret_cast<const QRgb*>(back.constScanLine(y));
+                for (int x = x0; x < x1; ++x) {
+                    const int d = distance(s[x], b[x]);
+                    if (d > strongest) {
+                        strongest = d;
+                        best = s[x];
+                    }
+                }
+            }
+            line[tx] = best;
+        }
+    }
+    return out;
+}
+
+}  // namespace orm
