@@ -5,6 +5,7 @@
 #include "model/settings_store.h"
 #include "model/version.h"
 #include "display/displayed_graph.h"
+#include "shell/about_box.h"
 #include "shell/control_panel.h"
 #include "shell/graph_menu.h"
 #include "shell/graph_window.h"
@@ -14,6 +15,7 @@
 #include "shell/program_tray.h"
 #include "shell/splash.h"
 #include "shell/tray_graphs.h"
+#include "shell/vista_tree.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -53,12 +55,7 @@ public:
         panel_->InitToolTips();
     }
     void toggleShowDataTypeErrors() override { flip(monitor_.Settings.ShowDataTypeErrors); }
-    void about() override
-    {
-        QMessageBox::about(panel_, QStringLiteral("About ") + QLatin1String(ProductName),
-                           QLatin1String(ProductName) + QStringLiteral(" ") + QStringLiteral(ORMIVANE_VERSION) +
-                               QStringLiteral("\n") + QLatin1String(CompanyName));
-    }
+    void about() override { showAbout(panel_); }
     void exit() override { monitor_.Closing = true; }
 
     // The graph menu.
@@ -112,7 +109,8 @@ private:
 
 }  // namespace
 
-int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks, ProgramAlertHost& alertHost)
+int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& views, long maxTicks,
+               ProgramAlertHost& alertHost)
 {
     // Sub Main: a panel that starts in the tray is loaded hidden.
     const bool startInSystray = readFlag(store, SettingsKey, QStringLiteral("StartInSystray"), false);
@@ -137,6 +135,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks, ProgramAle
     alertHost.setDialog(&messages);
     ControlPanel panel(monitor, windows);
     actions.setPanel(&panel);
+    views.setStatus([&panel](const QString& text) { panel.showStatus(text); });
     ProgramTray tray(monitor.Settings, actions);
     TrayGraphs trayGraphs(monitor.Sensors, monitor.GraphForms, tray.menu(), programIcon());
     windows.setTrayGraphs(&trayGraphs);
@@ -154,11 +153,15 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks, ProgramAle
 
     // One window per Graph, showing the picture its view draws.
     windows.openAll();
+    // The start-up tip points at the first Graph's row in the tree: no window may hide it.
+    if (monitor.firstStart && panel.isVisible())
+        windows.keepClearOf(QRect(panel.tree()->mapToGlobal(QPoint(0, 0)), panel.tree()->size()));
     // The windows go before the views they show.
     auto previousUnload = monitor.onUnload;
     monitor.onUnload = [&, previousUnload] {
         if (previousUnload)
             previousUnload();
+        views.setStatus(nullptr);
         windows.clear();
         trayGraphs.clear();
         alertHost.setDialog(nullptr);

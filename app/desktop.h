@@ -5,8 +5,11 @@ namespace orm {
 class Monitor;
 class KeyValueStore;
 class ProgramAlertHost;
+class DisplayedGraphFactory;
 
 // Starts the monitor with its windows and runs until it unloads; the exit status.
+// `views` made the Graphs' pictures; they tell the panel what they are busy with.
 // The Alerts' notices and questions go to its notification window.
-int runDesktop(Monitor& monitor, KeyValueStore& store, long maxTicks, ProgramAlertHost& alertHost);
+int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& views, long maxTicks,
+               ProgramAlertHost& alertHost);
 }  // namespace orm

@@ -141,7 +141,7 @@ int main(int argc, char* argv[])
     monitor.alertTester.setHost(&alertHost);
 
     if (withWindows)
-        return runDesktop(monitor, store, maxTicks, alertHost);
+        return runDesktop(monitor, store, views, maxTicks, alertHost);
 
     if (!monitor.startUp()) {
         printLine(stderr, monitor.startError());

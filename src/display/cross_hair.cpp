@@ -80,6 +80,21 @@ bool inSizingCorner(int x, int y, int windowWidth, int windowHeight)
     return x > windowWidth - 10 && y > windowHeight - 10;
 }
 
+void drawResizeGrip(QPainter& painter, QSize windowSize, const Graph& graph)
+{
+    QColor colour = fromBgr(graph.GraphGridLabelColor);
+    const QColor back = fromBgr(graph.GraphBackColor);
+    if (colour == back)
+        colour = QColor(255 - back.red(), 255 - back.green(), 255 - back.blue());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(QPen(colour, 1));
+    const int r = windowSize.width() - 2, b = windowSize.height() - 2;
+    for (int k = 2; k <= 8; k += 3)
+        painter.drawLine(r - k, b, r, b - k);
+    painter.restore();
+}
+
 CrossHairPoint crossHairAt(const std::vector<Graph>& sensors, int graph, const GraphPicture& picture, int x,
                            int y)
 {

@@ -7,6 +7,7 @@
 #include "model/model.h"
 
 #include <QLine>
+#include <QSize>
 #include <QString>
 #include <vector>
 
@@ -42,6 +43,9 @@ int crossHairLineY(double v, int pHeight, double maxValue);
 
 // True in the bottom-right 10 x 10 pixels, where a press resizes.
 bool inSizingCorner(int x, int y, int windowWidth, int windowHeight);
+// The grip (imgResize) in that corner: three diagonal strokes in the label
+// colour, or in a colour that stands out when that is the back colour.
+void drawResizeGrip(QPainter& painter, QSize windowSize, const Graph& graph);
 
 // The whole choice for the pointer at (x, y) on the window of Graph `graph`.
 CrossHairPoint crossHairAt(const std::vector<Graph>& sensors, int graph, const GraphPicture& picture, int x,

@@ -87,7 +87,12 @@ bool DisplayedGraph::saveSnapshot(const QString& folder, int graphNumber) const
 
 std::unique_ptr<GraphView> DisplayedGraphFactory::make(int graphIndex)
 {
-    return std::make_unique<DisplayedGraph>(*sensors_, graphIndex, commandLine_, dataDir_);
+    auto view = std::make_unique<DisplayedGraph>(*sensors_, graphIndex, commandLine_, dataDir_);
+    view->onStatus = [status = status_](const QString& text) {
+        if (*status)
+            (*status)(text);
+    };
+    return view;
 }
 
 bool saveSnapshots(const std::vector<std::unique_ptr<GraphView>>& views, const QString& folder)

@@ -8,6 +8,8 @@
 #include "display/tray_icons.h"
 
 #include <QImage>
+#include <functional>
+#include <memory>
 #include <vector>
 
 namespace orm {
@@ -43,9 +45,13 @@ public:
     // The model whose Graphs the views show; set before the first view is made.
     void bind(std::vector<Graph>& sensors) { sensors_ = &sensors; }
     std::unique_ptr<GraphView> make(int graphIndex) override;
+    // Where every picture, made before or after, shows what it is busy with.
+    void setStatus(std::function<void(const QString&)> show) { *status_ = std::move(show); }
 
 private:
     std::vector<Graph>* sensors_ = nullptr;
+    std::shared_ptr<std::function<void(const QString&)>> status_ =
+        std::make_shared<std::function<void(const QString&)>>();
     QString commandLine_;
     QString dataDir_;
 };

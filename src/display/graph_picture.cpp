@@ -44,6 +44,12 @@ void GraphPicture::sizeFromRecord()
     clientHeight_ = std::clamp(g.LocHeight, minH, MaxHeight);
 }
 
+void GraphPicture::status(const QString& text)
+{
+    if (onStatus)
+        onStatus(text);
+}
+
 void GraphPicture::setOldY(qint32 y)
 {
     std::vector<qint32>& oldY = history_.oldYData();
@@ -69,6 +75,7 @@ void GraphPicture::OpenGraph(int step)
     if (!valid())
         return;
     debugLog().enter(QStringLiteral("OpenGraph"));
+    status(QStringLiteral("Opening Graph. Please Wait..."));
     Graph& g = graph();
     if (g.Visible) {
         for (int stage = std::max(step, 1); stage <= 6; ++stage) {
@@ -97,6 +104,7 @@ void GraphPicture::OpenGraph(int step)
             }
         }
     }
+    status(QString());
     debugLog().leave(QStringLiteral("OpenGraph"));
 }
 
@@ -274,6 +282,7 @@ void GraphPicture::RedrawGraph()
     if (!valid())
         return;
     debugLog().enter(QStringLiteral("RedrawGraph"));
+    status(QStringLiteral("Redrawing Graph. Please Wait..."));
     const Graph& g = graph();
     const int spacing = g.LogGraph ? 80 : 60;
     if (g.Visible || g.Opened) {
@@ -297,6 +306,7 @@ void GraphPicture::RedrawGraph()
             WriteGraph(redrawValues_, label, spacing, 5, column != last, false, column);
         }
     }
+    status(QString());
     debugLog().leave(QStringLiteral("RedrawGraph"));
 }
 

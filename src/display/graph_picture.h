@@ -68,6 +68,9 @@ public:
     std::function<void(const std::vector<double>& displayValues)> onBarTick, onTrayTick;
     // SetUpNodes rebuilt what exists per Node: the bars follow.
     std::function<void(bool clearAllData)> onSetUpNodes;
+    // The control panel's status line: what a long opening or redraw is doing,
+    // and "" when it is done.
+    std::function<void(const QString& text)> onStatus;
 
 private:
     bool valid() const { return index_ >= 0 && size_t(index_) < sensors_.size(); }
@@ -75,6 +78,7 @@ private:
     const Graph& graph() const { return sensors_[size_t(index_)]; }
     void sizeFromRecord();
     void setOldY(qint32 y);
+    void status(const QString& text);
 
     std::vector<Graph>& sensors_;
     int index_;

@@ -289,20 +289,28 @@ void LinePainter::paintLabels(QImage& target, const Graph& graph, double maxValu
     // Written twice from SetMax, which thickens the soft edges of the text.
     const int times = fromSetMax ? 2 : 1;
     const int ph = geo_.pHeight;
+    const QString& units = graph.LegendUnits;
+    // The unit caption reads upwards along the left edge; a label as long as
+    // "0.125" is narrowed to end before it rather than run into it.
+    const bool caption = graph.GraphType == LineGraph && !units.isEmpty();
+    const int labelsLeft = caption ? 2 + metrics.height() + 1 : 0;
     for (int i = 0; i <= 4; ++i) {
         const QString text = scaleLabelText(maxValue, i);
         const int y = roundEven((ph + 28) - (ph / 4.0) * i);
+        const int right = fromSetMax ? 52 : 50;
+        const int width = metrics.horizontalAdvance(text);
+        const double squeeze = width > right - labelsLeft ? double(right - labelsLeft) / width : 1.0;
         for (int t = 0; t < times; ++t) {
-            if (fromSetMax)
-                p.drawText(QRect(52 - 200, y, 200, 30), Qt::AlignRight | Qt::AlignTop, text);
-            else
-                p.drawText(QPoint(50 - metrics.horizontalAdvance(text), y + metrics.ascent()), text);
+            p.save();
+            p.translate(right, y);
+            p.scale(squeeze, 1);
+            p.drawText(QPoint(-width, metrics.ascent()), text);
+            p.restore();
         }
     }
     if (graph.GraphType != LineGraph)
         return;
     // The unit, reading upwards, centred on the axis at 5 pixels a character.
-    const QString& units = graph.LegendUnits;
     const int y = roundEven(ph / 2.0 + 35 + (units.size() * 5) / 2.0);
     for (int t = 0; t < times; ++t) {
         p.save();

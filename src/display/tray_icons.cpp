@@ -370,7 +370,16 @@ QString firstIconTip()
 QString notifyTip(const QString& tag)
 {
     const qsizetype nul = tag.indexOf(QChar(0));
-    return (nul < 0 ? tag : tag.left(nul)).left(63);
+    const QString tip = nul < 0 ? tag : tag.left(nul);
+    if (tip.size() <= MaxNotifyTip)
+        return tip;
+    // Cut after the last Node that fits whole, else at a blank: never in a word.
+    const QString cut = tip.left(MaxNotifyTip + 1);
+    qsizetype end = cut.lastIndexOf(QLatin1Char('}'));
+    if (end >= 0)
+        return cut.left(end + 1);
+    end = cut.lastIndexOf(QLatin1Char(' '));
+    return end > 0 ? cut.left(end).trimmed() : cut.left(MaxNotifyTip);
 }
 
 QImage icoPicture(const QByteArray& ico)

@@ -78,7 +78,9 @@ std::vector<TrayIconPicture> trayTick(const std::vector<Graph>& sensors, int gra
 
 // The first tip of a new icon: product name, " - ", company name.
 QString firstIconTip();
-// The tip as the shell keeps it: up to a NUL, at most 63 characters.
+// The tip as the shell keeps it: up to a NUL, at most 63 characters, cut
+// after the last Node's entry that fits whole (or at a blank), never in a word.
+inline constexpr int MaxNotifyTip = 63;
 QString notifyTip(const QString& tag);
 
 // The picture read back from the bytes, clear pixels fully transparent (the

@@ -93,7 +93,9 @@ void Monitor::unload()
     GraphForms.clear();
     // Only a panel that moved is saved: an exit never rewrites the file for nothing.
     bool moved = false;
-    for (const auto& [name, value] : {std::pair{QStringLiteral("XLoc"), Settings.XLoc}, std::pair{QStringLiteral("YLoc"), Settings.YLoc}}) {
+    const std::pair<QString, qint32> place[] = {{QStringLiteral("XLoc"), Settings.XLoc},
+                                                {QStringLiteral("YLoc"), Settings.YLoc}};
+    for (const auto& [name, value] : place) {
         const QString text = QString::number(value);
         if (store_.readValue(SettingsKey, name, QString()) != text) {
             store_.writeValue(SettingsKey, name, text);

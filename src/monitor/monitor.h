@@ -73,6 +73,7 @@ public:
     PanelLists lists;
     std::vector<Notice> notices;   // shown by the shell, printed when headless
     bool PanelReady = false;
+    bool firstStart = false;  // this start made the first Graph and showed the start-up tip
     bool DebugMode = false;
     CascadePosition cascade{100, 100};
     QString gadgetFolder;  // the sidebar gadget's folder, once found

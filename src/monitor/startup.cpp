@@ -172,6 +172,7 @@ void Monitor::firstRunOrLoad()
     if (firstRun) {
         store_.writeValue(SettingsKey, QStringLiteral("FirstRun"), QStringLiteral("False"));
         Settings.FirstRun = false;
+        firstStart = true;
         Settings.DisplayToolTips = true;
         Settings.ShowDataTypeErrors = true;
         Settings.AutoStart = true;

@@ -1,5 +1,7 @@
 #include "shell/control_panel.h"
 
+#include "shell/about_box.h"
+
 #include "model/catalogue.h"
 #include "monitor/monitor.h"
 #include "model/version.h"
@@ -188,9 +190,7 @@ void ControlPanel::Rename(int graph, int node)
 
 void ControlPanel::AboutOrmivane()
 {
-    QMessageBox::about(this, QStringLiteral("About ") + QLatin1String(ProductName),
-                       QLatin1String(ProductName) + QStringLiteral(" ") + QStringLiteral(ORMIVANE_VERSION) +
-                           QStringLiteral("\n") + QLatin1String(CompanyName));
+    showAbout(this);
 }
 
 // ---- tree events ----
@@ -211,7 +211,7 @@ void ControlPanel::renamed(bool isParent, int graph, int node, const QString& te
     if (isParent)
         windows_.captionsChanged(graph);
     else
-        windows_.nodesChanged(graph);  // the legend and the cross-hair name it
+        windows_.nodeRenamed(graph);  // nothing is redrawn: only what shows the name
     rebuildTree();
     showRow(isParent, graph, node);
 }
@@ -242,6 +242,13 @@ void ControlPanel::treeMouse(Qt::MouseButtons buttons, int x, int y, bool overNo
         const TreeTip tip = treeToolTip(monitor_.Sensors[size_t(graph)], node);
         tips_->ShowTip(tree_, tipText(tip.title, tip.text), TreeTipMilliseconds);
     }
+}
+
+void ControlPanel::showStatus(const QString& text)
+{
+    lblStatus_->setText(text);
+    if (lblStatus_->isVisible())
+        lblStatus_->repaint();
 }
 
 // ---- tool-tips and the retrieval label ----

@@ -70,6 +70,10 @@ public:
     NodePanel* nodePanel() const { return nodePanel_; }
     QLabel* retrievalLabel() const { return lblDataRetrieval_; }
     QLabel* sensorErrorLabel() const { return lblSensorError_; }
+    QLabel* statusLabel() const { return lblStatus_; }
+    // lblStatus: what a long piece of work is doing, painted at once, since
+    // the work keeps the event loop busy; "" clears it.
+    void showStatus(const QString& text);
     QMenu* treeMenu() const { return treeMenu_; }
     CustomToolTip& toolTips() const { return *tips_; }
 
@@ -121,6 +125,7 @@ private:
     NodePanel* nodePanel_ = nullptr;
     QLabel* lblDataRetrieval_ = nullptr;
     QLabel* lblSensorError_ = nullptr;
+    QLabel* lblStatus_ = nullptr;
     std::unique_ptr<CustomToolTip> tips_;
     bool closing_ = false;
     std::optional<std::pair<int, int>> afterRemoval_;  // the row to select once a removal settled

@@ -45,6 +45,9 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
     lblDataRetrieval_->setObjectName(QStringLiteral("lblDataRetrieval"));
     lblDataRetrieval_->installEventFilter(this);
     left->addWidget(lblDataRetrieval_);
+    lblStatus_ = new QLabel(central);
+    lblStatus_->setObjectName(QStringLiteral("lblStatus"));
+    left->addWidget(lblStatus_);
     layout->addLayout(left);
 
     auto* right = new QVBoxLayout;

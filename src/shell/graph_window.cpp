@@ -39,7 +39,9 @@ GraphWindow::GraphWindow(Monitor& monitor, int graphIndex, DisplayedGraph* pictu
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     lblGraphName_ = new QLabel(this);
+    lblGraphName_->setObjectName(QStringLiteral("lblGraphName"));
     lblGraphDescription_ = new QLabel(this);
+    lblGraphDescription_->setObjectName(QStringLiteral("lblGraphDescription"));
     lblCrossHairData_ = new QLabel(this);
     lblCrossHairName_ = new QLabel(this);
     lblCrossHairGridColor_ = new QLabel(this);
@@ -98,9 +100,10 @@ void GraphWindow::setCaptions()
     QPalette pal = lblGraphName_->palette();
     pal.setColor(QPalette::WindowText, fromBgr(g->GraphNameColor));
     lblGraphName_->setPalette(pal);
-    lblGraphDescription_->setPalette(pal);
+    // Only the name is in the name's colour; the description is a label like the scale's.
     QPalette data = lblCrossHairData_->palette();
     data.setColor(QPalette::WindowText, fromBgr(g->GraphGridLabelColor));
+    lblGraphDescription_->setPalette(data);
     lblCrossHairData_->setPalette(data);
     lblCrossHairName_->setPalette(data);
     QPalette swatch = lblCrossHairGridColor_->palette();
@@ -239,6 +242,12 @@ void GraphWindow::eraseCrossHair()
     update();
 }
 
+void GraphWindow::forgetCrossHair()
+{
+    crossHairShown_ = true;  // whatever a tick painted over, the labels go
+    eraseCrossHair();
+}
+
 void GraphWindow::crossHairMove(int x, int y)
 {
     lastX_ = x;
@@ -289,6 +298,7 @@ void GraphWindow::paintEvent(QPaintEvent*)
         const PlotGeometry& geo = picture_->geometry();
         drawCrossHair(p, *g, crossHair_, geo.pWidth, geo.pHeight);
     }
+    drawResizeGrip(p, size(), *g);
 }
 
 QMenu* GraphWindow::graphMenu()

@@ -84,6 +84,8 @@ public:
 
     // Cross-hair for the pointer at (x, y) in window pixels (pctGraph_MouseMove).
     void crossHairMove(int x, int y);
+    // The Nodes changed: the cross-hair no longer names what it named.
+    void forgetCrossHair();
     const CrossHairPoint& crossHair() const { return crossHair_; }
     bool crossHairShown() const { return crossHairShown_; }
 

@@ -51,6 +51,13 @@ void GraphWindows::nodeRemoved(int graph, int node)
     nodesChanged(graph);
 }
 
+void GraphWindows::nodeRenamed(int graph)
+{
+    if (auto* w = window(graph))
+        w->forgetCrossHair();
+    updateTray();
+}
+
 void GraphWindows::graphRemoved(int graph)
 {
     if (graph < 0 || size_t(graph) >= windows_.size())
@@ -69,6 +76,23 @@ void GraphWindows::rebind(GraphView& view, int index)
 {
     if (auto* pic = dynamic_cast<DisplayedGraph*>(&view))
         pic->setIndex(index);
+}
+
+void GraphWindows::keepClearOf(const QRect& area)
+{
+    bool moved = false;
+    for (size_t i = 0; i < windows_.size() && i < monitor_.Sensors.size(); ++i) {
+        GraphWindow* w = windows_[i].get();
+        if (!w || !w->isVisible() || !w->frameGeometry().intersects(area))
+            continue;
+        w->move(area.right() + 1 + 17, w->y());  // a cascade step beside it
+        Graph& g = monitor_.Sensors[i];
+        g.LocX = w->x();
+        g.LocY = w->y();
+        moved = true;
+    }
+    if (moved)
+        monitor_.SaveSettings();
 }
 
 GraphWindow* GraphWindows::window(int graph) const
@@ -102,8 +126,10 @@ void GraphWindows::nodesChanged(int graph)
         return;
     // Redrawing a long history takes a moment: the window shows the hourglass meanwhile.
     auto* w = window(graph);
-    if (w)
+    if (w) {
         w->setCursor(Qt::WaitCursor);
+        w->forgetCrossHair();
+    }
     pic->SetUpNodes(false);
     pic->InitDraw();
     pic->RedrawGraph();

@@ -4,6 +4,8 @@
 
 #include "shell/panel_host.h"
 
+#include <QRect>
+
 #include <functional>
 #include <memory>
 #include <vector>
@@ -32,11 +34,18 @@ public:
     void added(int graph);
     // Node `node` of the Graph was deleted: its curve goes, the rest stay.
     void nodeRemoved(int graph, int node);
+    // A Node of the Graph has a new name: the cross-hair and the tray tips
+    // follow; the picture stays as it is.
+    void nodeRenamed(int graph);
     // The Graph at `graph` and its view were deleted: its window goes, later
     // windows move down one place with their pictures and curves.
     void graphRemoved(int graph);
     // What DeleteGraph calls for each view that moved down.
     static void rebind(GraphView& view, int index);
+
+    // Moves every shown window that overlaps `area` (screen pixels) to its
+    // right, and keeps the new places.
+    void keepClearOf(const QRect& area);
 
     GraphWindow* window(int graph) const;
     int count() const { return int(windows_.size()); }

@@ -2,6 +2,8 @@
 
 #include "model/version.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPainterPath>
@@ -9,6 +11,7 @@
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace orm {
 
@@ -77,17 +80,46 @@ void SplashWindow::showSplash()
     setMask(QRegion(round.toFillPolygon().toPolygon()));
 
     fade_.start();
+    fadeClock_.start();
     applyOpacity(0);
     show();
     raise();
     tmrFade_->start();
+    // Start-up keeps the event loop busy until its end: the window must be on
+    // the screen now, or it stays an unpainted box until start-up is over.
+    QElapsedTimer waited;
+    waited.start();
+    while (!isExposed() && waited.elapsed() < MaxExposeWaitMs)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
+    paintNow();
+}
+
+bool SplashWindow::isExposed() const
+{
+    return windowHandle() && windowHandle()->isExposed();
+}
+
+void SplashWindow::paintNow()
+{
+    // The fade keeps to its pace of 4 every 10 ms, however seldom start-up lets it run.
+    const qint64 due = fadeClock_.isValid() ? fadeClock_.elapsed() / FadeInterval : 0;
+    int alpha = applied_;
+    while (fade_.running && fade_.Opacity < due * FadeStep)
+        alpha = fade_.step();
+    if (alpha != applied_)
+        applyOpacity(alpha);
+    if (!fade_.running)
+        tmrFade_->stop();
+    repaint();
+    // Start-up yields only here: the painting reaches the screen, nothing else runs.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void SplashWindow::setStatus(const QString& text)
 {
     lblStatus_->setText(text);
     if (isVisible())
-        lblStatus_->repaint();
+        paintNow();
 }
 
 QString SplashWindow::status() const

@@ -2,6 +2,7 @@
 // initialises and shows each start-up step in its status line.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
 #include <QWidget>
 
@@ -34,7 +35,8 @@ public:
 
     // Centres, rounds and lifts the window, makes it clear and starts the fade in.
     void showSplash();
-    // The status line, painted at once: start-up yields only by painting.
+    // The status line, painted and on the screen at once, and the fade kept
+    // to its pace: start-up yields only by painting.
     void setStatus(const QString& text);
     QString status() const;
     // Start-up step 21: back on top of the windows opened since.
@@ -53,11 +55,15 @@ public slots:
 
 private:
     void applyOpacity(int alpha);
+    bool isExposed() const;
+    void paintNow();
+    static constexpr int MaxExposeWaitMs = 500;
 
     SplashFade fade_;
     int applied_ = 0;
     QLabel* lblStatus_ = nullptr;
     QTimer* tmrFade_ = nullptr;
+    QElapsedTimer fadeClock_;
 };
 
 }  // namespace orm

@@ -1,5 +1,6 @@
 #include "display/graph_picture.h"
 
+#include <QFontMetrics>
 #include <QTime>
 #include <gtest/gtest.h>
 #include <memory>
@@ -131,6 +132,30 @@ TEST(GraphPicture, RaisingTheScaleKeepsEveryDrawnColumnOfAFlatStretch)
     rig.write({1000});    // and again, tenfold
     for (int x = 529; x <= 541; ++x)
         EXPECT_TRUE(redIn(x)) << "column " << x;
+}
+
+TEST(GraphPicture, ScaleLabelsEndBeforeTheUnitCaption)
+{
+    // The caption reads upwards in the first columns; a blank caption takes its
+    // room and draws nothing, so every lit pixel there would be a label's.
+    const int captionRight = 2 + QFontMetrics(labelFont()).height();
+    for (const double max : {1.5, 1.35, 0.125, 12345.678}) {
+        SCOPED_TRACE(max);
+        Rig rig;
+        rig.graph().LegendUnits = QStringLiteral(" ");
+        rig.graph().LegendMax = max;
+        rig.write({0});
+        int lit = 0, labels = 0;
+        for (int y = 20; y < 150; ++y) {
+            for (int x = 0; x < 54; ++x) {
+                const bool on = rig.at(x, y) != rgbOf(Dark.back);
+                labels += on;
+                lit += on && x <= captionRight;
+            }
+        }
+        EXPECT_GT(labels, 50);
+        EXPECT_EQ(lit, 0);
+    }
 }
 
 TEST(GraphPicture, LineStandsAtTheComputedRow)

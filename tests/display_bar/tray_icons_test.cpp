@@ -126,7 +126,11 @@ TEST(TrayIcons, FourNodesOnThreeBarIconsMakeTwoIconsWithTheirTips)
     EXPECT_EQ(icons[1].tip, "New Node (Ping) {33.3 Kbps}  ");
     EXPECT_EQ(icons[1].picture, iconBars3({5}, {0x0000FF}));
 
-    EXPECT_EQ(notifyTip(icons[0].tip).size(), 63);
+    // The tip the tray keeps ends after the last whole Node, never in a word.
+    EXPECT_EQ(notifyTip(icons[0].tip), "New Node (Ping) {100 Kbps}  New Node (Ping) {0 Kbps}");
+    EXPECT_EQ(notifyTip(icons[1].tip), icons[1].tip);
+    EXPECT_EQ(notifyTip(QString(40, 'a') + " " + QString(40, 'b')), QString(40, 'a'));
+    EXPECT_EQ(notifyTip(QString(80, 'c')), QString(63, 'c'));
     EXPECT_EQ(notifyTip(QString("ab") + QChar(0) + "cd"), "ab");
     EXPECT_EQ(firstIconTip(), "Ormivane - Vendrake");
 }

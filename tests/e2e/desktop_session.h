@@ -77,8 +77,10 @@ inline void startOnDisplay(HeadlessRun& r, const QProcessEnvironment& extra = {}
     r.process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--data-dir"), r.dataDir, QStringLiteral("--config"), r.config});
 }
 
-// The body of main(): the virtual desktop around the tests.
-inline int runOnVirtualDesktop(int argc, char** argv)
+// The body of main(): the virtual desktop around the tests, which run in an
+// App (a QApplication for tests that make widgets themselves).
+template <class App = QGuiApplication>
+int runOnVirtualDesktop(int argc, char** argv)
 {
     // A virtual X server of our own, with a window manager and a tray host where they are installed.
     bool listing = false;
@@ -122,7 +124,7 @@ inline int runOnVirtualDesktop(int argc, char** argv)
     int status = 0;
     {
         qputenv("QT_QPA_PLATFORM", display.isEmpty() ? "offscreen" : "xcb");
-        QGuiApplication app(argc, argv);
+        App app(argc, argv);
         ::testing::InitGoogleTest(&argc, argv);
         status = RUN_ALL_TESTS();
     }
