@@ -8,6 +8,7 @@
 #include "shell/about_box.h"
 #include "shell/control_panel.h"
 #include "shell/graph_menu.h"
+#include "shell/graph_printer.h"
 #include "shell/graph_window.h"
 #include "shell/graph_windows.h"
 #include "shell/message_dialog.h"
@@ -30,6 +31,7 @@ class DesktopActions final : public TrayMenuActions, public GraphMenuActions {
 public:
     DesktopActions(Monitor& monitor, GraphWindows& windows) : monitor_(monitor), windows_(windows) {}
     void setPanel(ControlPanel* panel) { panel_ = panel; }
+    void setPrinter(GraphPrinter* printer) { printer_ = printer; }
 
     void showMain() override
     {
@@ -92,6 +94,7 @@ public:
         windows_.visibilityChanged(graph);
         panel_->reloadPanel();
     }
+    void PrintGraph(int graph) override { printer_->printGraph(graph); }
     void AboutOrmivane() override { about(); }
 
 private:
@@ -105,6 +108,7 @@ private:
     Monitor& monitor_;
     GraphWindows& windows_;
     ControlPanel* panel_ = nullptr;
+    GraphPrinter* printer_ = nullptr;
 };
 
 }  // namespace
@@ -136,6 +140,10 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
     ControlPanel panel(monitor, windows);
     actions.setPanel(&panel);
     views.setStatus([&panel](const QString& text) { panel.showStatus(text); });
+    GraphPrinter printer(monitor, [&panel](const QString& text) { panel.showStatus(text); });
+    printer.setWindows(&windows);
+    actions.setPrinter(&printer);
+    alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });
     ProgramTray tray(monitor.Settings, actions);
     TrayGraphs trayGraphs(monitor.Sensors, monitor.GraphForms, tray.menu(), programIcon());
     windows.setTrayGraphs(&trayGraphs);
@@ -165,6 +173,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
         windows.clear();
         trayGraphs.clear();
         alertHost.setDialog(nullptr);
+        alertHost.setPrinter(nullptr);
         messages.unload();
     };
 

@@ -1,6 +1,7 @@
 // ormivane: the monitor. Headless, it runs the tick, the logs and the stop
 // signals without any window.
 #include "desktop.h"
+#include "print_option.h"
 #include "display/displayed_graph.h"
 #include "model/ini_file_care.h"
 #include "model/ini_store.h"
@@ -9,6 +10,7 @@
 #include "model/paths.h"
 #include "model/version.h"
 #include "shell/alert_sound.h"
+#include "shell/graph_printer.h"
 #include "shell/logind_power.h"
 #include "shell/program_alert_host.h"
 
@@ -33,8 +35,8 @@ void printLine(FILE* to, const QString& text)
 
 }  // namespace
 
-// Drawing needs a GUI application even without windows: headless, or with no
-// display to open, the pictures are drawn off-screen.
+// Drawing needs a GUI application even without windows (the pictures, the
+// printed page): headless, or with no display to open, they are drawn off-screen.
 bool wantsOffscreen(int argc, char* argv[])
 {
     for (int i = 1; i < argc; ++i)
@@ -78,12 +80,27 @@ int main(int argc, char* argv[])
                                       QStringLiteral("At exit, save each Graph's picture into DIR (Graph<n>.png, "
                                                      "Graph<n>-icon<k>.ico)."),
                                       QStringLiteral("DIR"));
-    parser.addOptions({headless, dataDir, config, ticks, snapshot});
+    // Taken out of the arguments before they are parsed, as it has two values.
+    const QCommandLineOption print(QStringLiteral("print"),
+                                   QStringLiteral("At exit, print Graph G (from 1) into the PDF file FILE."),
+                                   QStringLiteral("G FILE"));
+    parser.addOptions({headless, dataDir, config, ticks, snapshot, print});
     parser.addPositionalArgument(QStringLiteral("words"),
                                  QStringLiteral("txtDebug writes a debug trace to Ormivane.txt in the data "
                                                 "folder; VDDebugMode turns off the speed test minimum rule."),
                                  QStringLiteral("[txtDebug] [VDDebugMode]"));
-    parser.process(app);
+    QStringList arguments = QCoreApplication::arguments();
+    std::optional<PrintRequest> printRequest;
+    QString printError;
+    if (!takePrintOption(arguments, printRequest, printError)) {
+        printLine(stderr, QStringLiteral("ormivane: ") + printError);
+        return 2;
+    }
+    parser.process(arguments);
+    if (parser.isSet(print)) {  // only a form that takePrintOption does not know gets here: --print=G
+        printLine(stderr, QStringLiteral("ormivane: --print takes two values, as in --print 1 graph.pdf"));
+        return 2;
+    }
 
     long maxTicks = 0;
     if (parser.isSet(ticks)) {
@@ -132,16 +149,22 @@ int main(int argc, char* argv[])
     LogindPower power(QDBusConnection::systemBus(), true);
     AlertSound sound;
     ProgramAlertHost alertHost(power, sound);
-    alertHost.setPrinter([](int) {
-        static bool told = false;
-        if (!told)
-            printLine(stderr, QStringLiteral("ormivane: printing is not available yet; Print Graph does nothing"));
-        told = true;
+    // Without windows the Alerts print on the default printer and say on standard error when they cannot.
+    GraphPrinter printer(monitor, [](const QString& status) {
+        if (!status.isEmpty() && status != printingGraphText())
+            printLine(stderr, QStringLiteral("ormivane: ") + status);
     });
+    alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });
     monitor.alertTester.setHost(&alertHost);
 
+    bool printFailed = false;
+    if (printRequest)
+        printAtUnload(monitor, printer, *printRequest, printFailed);
+    // A page that could not be printed fails the run, so that a script can tell.
+    const auto withPrint = [&printFailed](int status) { return status == 0 && printFailed ? 1 : status; };
+
     if (withWindows)
-        return runDesktop(monitor, store, views, maxTicks, alertHost);
+        return withPrint(runDesktop(monitor, store, views, maxTicks, alertHost));
 
     if (!monitor.startUp()) {
         printLine(stderr, monitor.startError());
@@ -166,5 +189,5 @@ int main(int argc, char* argv[])
         printLine(stderr, QStringLiteral("ormivane: ") + monitor.fatalError);
         return status ? status : 1;
     }
-    return status;
+    return withPrint(status);
 }

@@ -47,6 +47,7 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
     left->addWidget(lblDataRetrieval_);
     lblStatus_ = new QLabel(central);
     lblStatus_->setObjectName(QStringLiteral("lblStatus"));
+    lblStatus_->setWordWrap(true);
     left->addWidget(lblStatus_);
     layout->addLayout(left);
 

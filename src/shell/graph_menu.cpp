@@ -10,10 +10,10 @@ namespace orm {
 
 std::vector<GraphMenuEntry> graphMenuEntries()
 {
-    // Printing and the Alerts window are not part of this program yet: shown, greyed.
+    // The Alerts window is not part of this program yet: shown, greyed.
     return {
         {RedrawGraphId, QStringLiteral("&Redraw Graph"), true, false},
-        {PrintGraphId, QStringLiteral("&Print Graph"), false, false},
+        {PrintGraphId, QStringLiteral("&Print Graph"), true, false},
         {0, {}, true, false},
         {ShowAlertsId, QStringLiteral("Show &Alerts"), false, false},
         {0, {}, true, false},
@@ -45,6 +45,8 @@ void refreshGraphMenu(QMenu& menu, const Graph& graph)
         a->setChecked(!graph.DisableCrossHair);
     if (QAction* a = graphMenuAction(menu, AlwaysOnTopId))
         a->setChecked(graph.TopMost);
+    if (QAction* a = graphMenuAction(menu, PrintGraphId))
+        a->setEnabled(graph.GraphType == LineGraph || graph.GraphType == BarGraph);
 }
 
 void actOnGraphMenu(int id, int graph, GraphMenuActions& actions)
@@ -62,10 +64,13 @@ void actOnGraphMenu(int id, int graph, GraphMenuActions& actions)
     case HideGraphId:
         actions.HideGraph(graph);
         break;
+    case PrintGraphId:
+        actions.PrintGraph(graph);
+        break;
     case AboutOrmivaneId:
         actions.AboutOrmivane();
         break;
-    default:  // dismissed, or Print Graph and Show Alerts, which stay greyed
+    default:  // dismissed, or Show Alerts, which stays greyed
         break;
     }
 }

@@ -32,6 +32,7 @@ public:
     virtual void ToggleCrossHair(int graph) = 0;   // "&Cross-Hair": flips DisableCrossHair
     virtual void ToggleAlwaysOnTop(int graph) = 0; // "Always On &Top": flips TopMost, applies, saves
     virtual void HideGraph(int graph) = 0;         // "&Hide Graph": hides, saves
+    virtual void PrintGraph(int graph) = 0;        // "&Print Graph": on the default printer
     virtual void AboutOrmivane() = 0;              // "About Ormivane"
 };
 
@@ -47,7 +48,8 @@ std::vector<GraphMenuEntry> graphMenuEntries();
 
 // The menu with every entry; each action carries its id as data.
 QMenu* makeGraphMenu(QWidget* parent);
-// Check marks of the Cross-Hair and Always On Top entries from the Graph.
+// Check marks of the Cross-Hair and Always On Top entries from the Graph; Print
+// Graph is open to Line and Bar Graphs only.
 void refreshGraphMenu(QMenu& menu, const Graph& graph);
 // The entry of the given id; null when the menu has none.
 QAction* graphMenuAction(const QMenu& menu, int id);

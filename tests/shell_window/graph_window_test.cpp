@@ -206,6 +206,7 @@ public:
     void ToggleCrossHair(int g) override { calls << QStringLiteral("cross %1").arg(g); }
     void ToggleAlwaysOnTop(int g) override { calls << QStringLiteral("top %1").arg(g); }
     void HideGraph(int g) override { calls << QStringLiteral("hide %1").arg(g); }
+    void PrintGraph(int g) override { calls << QStringLiteral("print %1").arg(g); }
     void AboutOrmivane() override { calls << QStringLiteral("about"); }
     QStringList calls;
 };
@@ -224,7 +225,7 @@ TEST_F(GraphWindowTest, MenuEntriesChecksAndActions)
     EXPECT_EQ(texts.join(QLatin1Char('|')),
               QStringLiteral("&Redraw Graph|&Print Graph|-|Show &Alerts|-|&Cross-Hair|-|Always On &Top|"
                              "&Hide Graph|-|About Ormivane"));
-    EXPECT_FALSE(graphMenuAction(*menu, PrintGraphId)->isEnabled());
+    EXPECT_TRUE(graphMenuAction(*menu, PrintGraphId)->isEnabled());
     EXPECT_FALSE(graphMenuAction(*menu, ShowAlertsId)->isEnabled());
     EXPECT_FALSE(graphMenuAction(*menu, CrossHairId)->isChecked());
     EXPECT_TRUE(graphMenuAction(*menu, AlwaysOnTopId)->isChecked());
@@ -233,12 +234,23 @@ TEST_F(GraphWindowTest, MenuEntriesChecksAndActions)
     menu = window->graphMenu();
     EXPECT_TRUE(graphMenuAction(*menu, CrossHairId)->isChecked());
 
-    for (int id : {RedrawGraphId, CrossHairId, AlwaysOnTopId, HideGraphId, AboutOrmivaneId})
+    for (int id : {RedrawGraphId, PrintGraphId, CrossHairId, AlwaysOnTopId, HideGraphId, AboutOrmivaneId})
         graphMenuAction(*menu, id)->trigger();
     actOnGraphMenu(0, 0, actions);  // dismissed
-    actOnGraphMenu(PrintGraphId, 0, actions);
+    actOnGraphMenu(ShowAlertsId, 0, actions);
     EXPECT_EQ(actions.calls.join(QLatin1Char(',')),
-              QStringLiteral("redraw 0,cross 0,top 0,hide 0,about"));
+              QStringLiteral("redraw 0,print 0,cross 0,top 0,hide 0,about"));
+}
+
+TEST_F(GraphWindowTest, PrintGraphIsOpenToLineAndBarGraphsOnly)
+{
+    make();
+    for (int type : {LineGraph, BarGraph, SystrayIcon, TextGraph, VistaGadget}) {
+        g().GraphType = type;
+        EXPECT_EQ(graphMenuAction(*window->graphMenu(), PrintGraphId)->isEnabled(),
+                  type == LineGraph || type == BarGraph)
+            << "type " << type;
+    }
 }
 
 TEST_F(GraphWindowTest, CrossHairLabelsFollowThePointerAndClear)
