@@ -5,7 +5,8 @@ JOBS ?= $(shell nproc)
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 PACKAGES := cmake ninja-build g++ pkg-config qt6-base-dev libgtest-dev libnl-genl-3-dev iproute2 procps \
             xvfb openbox trayer xdotool x11-utils \
-            qt6-multimedia-dev dbus python3-aiosmtpd python3-dbusmock locales-all
+            qt6-multimedia-dev dbus python3-aiosmtpd python3-dbusmock locales-all \
+            cups-client poppler-utils cups printer-driver-cups-pdf
 
 .PHONY: all deps build run test bench clean
 
