@@ -149,10 +149,15 @@ int main(int argc, char* argv[])
     LogindPower power(QDBusConnection::systemBus(), true);
     AlertSound sound;
     ProgramAlertHost alertHost(power, sound);
-    // Without windows the Alerts print on the default printer and say on standard error when they cannot.
-    GraphPrinter printer(monitor, [](const QString& status) {
-        if (!status.isEmpty() && status != printingGraphText())
+    // Without windows the Alerts print on the default printer and say on standard error when they
+    // cannot. A rule prints on every tick it holds: the same failure is told once.
+    QString lastPrintStatus;
+    GraphPrinter printer(monitor, [&lastPrintStatus](const QString& status) {
+        if (status == printingGraphText())
+            return;
+        if (!status.isEmpty() && status != lastPrintStatus)
             printLine(stderr, QStringLiteral("ormivane: ") + status);
+        lastPrintStatus = status;
     });
     alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });
     monitor.alertTester.setHost(&alertHost);

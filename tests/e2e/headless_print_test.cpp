@@ -1,9 +1,12 @@
 // --print G FILE at the end of a headless run: the page in the PDF, and what
-// the program says and does when the request cannot be met.
+// the program says and does when the request cannot be met. An Alert that
+// prints a Graph on every tick, with and without a printer.
+#include "../printing/cups_daemon.h"
 #include "../printing/poppler.h"
 #include "run_headless.h"
 
 #include <QGuiApplication>
+#include <QTest>
 #include <gtest/gtest.h>
 
 using namespace orm::test;
@@ -106,4 +109,90 @@ TEST(HeadlessPrint, RequestsThatCannotBeMetAreToldAndTheRunGoesOn)
         EXPECT_TRUE(QString::fromLocal8Bit(run.process.readAllStandardError()).contains(QStringLiteral("--print")));
         EXPECT_TRUE(run.valueLines().isEmpty());
     }
+}
+
+namespace {
+
+// Graph 1 of cpuAndRam() printed by a rule that holds on every tick.
+std::map<QString, QString> printRule(const QString& graphName)
+{
+    std::map<QString, QString> s = cpuAndRam();
+    s[QStringLiteral("Sensor1/Name")] = graphName;
+    s[QStringLiteral("Alerts")] = QStringLiteral("1");
+    s[QStringLiteral("Alert1/rEnabled")] = QStringLiteral("True");
+    s[QStringLiteral("Alert1/rAction")] = QStringLiteral("5");
+    s[QStringLiteral("Alert1/rCondition")] = QStringLiteral("1");
+    s[QStringLiteral("Alert1/rException")] = QStringLiteral("0");
+    s[QStringLiteral("Alert1/cSensor")] = QStringLiteral("0");
+    s[QStringLiteral("Alert1/cNode")] = QStringLiteral("1");
+    s[QStringLiteral("Alert1/cLimit")] = QStringLiteral("-1");
+    s[QStringLiteral("Alert1/aSensor")] = QStringLiteral("0");
+    return s;
+}
+
+// The program's CUPS_SERVER and HOME (where the user's own CUPS options live) for the runs of a test.
+struct CupsEnvironment {
+    explicit CupsEnvironment(const QString& socket, const QString& home)
+        : server(qgetenv("CUPS_SERVER")), oldHome(qgetenv("HOME"))
+    {
+        qputenv("CUPS_SERVER", QFile::encodeName(socket));
+        qputenv("HOME", QFile::encodeName(home));
+    }
+    ~CupsEnvironment()
+    {
+        qputenv("CUPS_SERVER", server);
+        qputenv("HOME", oldHome);
+    }
+    QByteArray server, oldHome;
+};
+
+}  // namespace
+
+TEST(HeadlessPrint, AlertWithoutAPrinterSaysSoOnceAndTheRunGoesOn)
+{
+    HeadlessRun run;
+    CupsEnvironment cups(run.dir.filePath(QStringLiteral("no-cups.sock")), run.dir.path());
+    run.writeSettings(printRule(QStringLiteral("Quiet")));
+    run.start(3, {});
+    ASSERT_TRUE(run.finish());
+    EXPECT_EQ(run.valueLines().size(), 3);
+    const QString said = QString::fromLocal8Bit(run.process.readAllStandardError());
+    EXPECT_EQ(said.count(QStringLiteral("No printer is set up")), 1) << qPrintable(said);
+}
+
+TEST(HeadlessPrint, AlertPrintsTheGraphOnTheDefaultPrinterOnEveryTick)
+{
+    const QString why = CupsDaemon::unavailable();
+    if (!why.isEmpty())
+        GTEST_SKIP() << qPrintable(why);
+    HeadlessRun run;
+    QTemporaryDir cupsFolder;  // a folder of its own: the queue's filters must reach into it
+    CupsDaemon daemon(cupsFolder.path());
+    QString error;
+    ASSERT_TRUE(daemon.start(error)) << qPrintable(error);
+    ASSERT_TRUE(daemon.addPdfQueue(QStringLiteral("ormivane-pdf"), true, error)) << qPrintable(error);
+    CupsEnvironment cups(daemon.socket(), run.dir.path());
+
+    const QString name = QStringLiteral("AlertProbe%1").arg(QCoreApplication::applicationPid());
+    run.writeSettings(printRule(name));
+    run.start(2, {});
+    ASSERT_TRUE(run.finish()) << run.process.readAllStandardError().constData();
+
+    // A job for each tick the rule held, done by the default queue; cups-pdf names the page
+    // after the job's title, which holds the Graph's name (a later page of the same name replaces it).
+    QString jobs;
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            daemon.run(QStringLiteral("lpstat"), {QStringLiteral("-W"), QStringLiteral("completed"),
+                                                  QStringLiteral("-o"), QStringLiteral("ormivane-pdf")},
+                       error, &jobs);
+            return jobs.count(QStringLiteral("ormivane-pdf-")) == 2;
+        },
+        90000))
+        << qPrintable(jobs);
+    const QString out = CupsDaemon::pdfOutputFolder();
+    const QStringList pages = QDir(out).entryList({QStringLiteral("*") + name + QStringLiteral("*.pdf")}, QDir::Files);
+    EXPECT_FALSE(pages.isEmpty()) << "no page in " << qPrintable(out);
+    for (const QString& p : pages)
+        QFile::remove(QDir(out).filePath(p));
 }

@@ -21,6 +21,8 @@ class CupsDaemon {
 public:
     static constexpr const char* Ppd = "/usr/share/ppd/cups-pdf/CUPS-PDF_noopt.ppd";
 
+    // `folder` is the daemon's alone and emptied at start; the folders above it must be open to
+    // all, as the queue's filters run as another user.
     explicit CupsDaemon(QString folder) : folder_(std::move(folder)) {}
     ~CupsDaemon() { stop(); }
 
