@@ -59,7 +59,6 @@ void PageTextFlow::nextPageIfFull()
     if (y_ + lineHeight_ <= pageHeight_ || y_ == 0)
         return;
     device_.newPage();
-    ++newPages_;
     y_ = 0;
 }
 

@@ -45,7 +45,6 @@ public:
     const QColor& color() const { return color_; }
     // CurrentY: the top of the line that is printed next.
     void setCurrentY(double y) { y_ = y; }
-    double currentY() const { return y_; }
     double lineHeight() const { return lineHeight_; }
 
     // Text without a line end; wraps where it does not fit.
@@ -54,8 +53,6 @@ public:
     void printSquare();
     // Ends the line: the next text begins at the left on the line below.
     void endLine();
-    // Pages begun after the first.
-    int newPages() const { return newPages_; }
 
 private:
     // Room for `width` on this line, or a new line (and page) for it.
@@ -72,7 +69,6 @@ private:
     double lineHeight_ = 0;
     double ascent_ = 0;
     QColor color_ = Qt::black;
-    int newPages_ = 0;
 };
 
 // Paints the page: the picture at the origin, at PictureDpi (made smaller to

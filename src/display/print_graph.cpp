@@ -66,7 +66,7 @@ PrintResult PrintGraph(const std::vector<Graph>& sensors, const std::vector<std:
     if (!view)
         return fail(QStringLiteral("Graph %1 has no picture to print").arg(intSensorToPrint + 1));
     if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
-        return fail(QStringLiteral("Printing needs the program's drawing to be set up"));
+        return fail(QStringLiteral("Cannot print: the program runs without drawing"));
 
     debugLog().enter(QStringLiteral("PrintGraph"));
     if (status)

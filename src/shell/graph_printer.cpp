@@ -11,10 +11,12 @@ GraphPrinter::GraphPrinter(Monitor& monitor, PrintStatus status) : monitor_(moni
 
 PrintResult GraphPrinter::print(int graphIndex, PrintTarget& target, const PrintStatus& status)
 {
-    // The window is repainted from the picture that goes on the page.
-    if (windows_)
-        if (GraphWindow* w = windows_->window(graphIndex))
-            w->refresh();
+    // The window of a Graph that prints is repainted from the picture that goes on the page.
+    const bool printable = graphIndex >= 0 && size_t(graphIndex) < monitor_.Sensors.size() &&
+                           (monitor_.Sensors[size_t(graphIndex)].GraphType == LineGraph ||
+                            monitor_.Sensors[size_t(graphIndex)].GraphType == BarGraph);
+    if (GraphWindow* w = printable && windows_ ? windows_->window(graphIndex) : nullptr)
+        w->refresh();
     return PrintGraph(monitor_.Sensors, monitor_.GraphForms, graphIndex, monitor_.clock().now().date(), target,
                       status);
 }
