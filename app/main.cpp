@@ -5,6 +5,7 @@
 #include "display/displayed_graph.h"
 #include "model/ini_file_care.h"
 #include "model/ini_store.h"
+#include "monitor/log_commands.h"
 #include "monitor/monitor.h"
 #include "monitor/monitor_loop.h"
 #include "model/paths.h"
@@ -39,9 +40,11 @@ void printLine(FILE* to, const QString& text)
 // printed page): headless, or with no display to open, they are drawn off-screen.
 bool wantsOffscreen(int argc, char* argv[])
 {
+    // The log commands never open a window either.
     for (int i = 1; i < argc; ++i)
-        if (qstrcmp(argv[i], "--headless") == 0)
-            return true;
+        for (const char* option : {"--headless", "--log-headers", "--export-log"})
+            if (qstrcmp(argv[i], option) == 0 || QByteArray(argv[i]).startsWith(QByteArray(option) + '='))
+                return true;
     return qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
@@ -84,7 +87,15 @@ int main(int argc, char* argv[])
     const QCommandLineOption print(QStringLiteral("print"),
                                    QStringLiteral("At exit, print Graph G (from 1) into the PDF file FILE."),
                                    QStringLiteral("G FILE"));
-    parser.addOptions({headless, dataDir, config, ticks, snapshot, print});
+    const QCommandLineOption logHeaders(QStringLiteral("log-headers"),
+                                        QStringLiteral("Print the record count and the columns of Log Graph N's range, "
+                                                       "then exit."),
+                                        QStringLiteral("N"));
+    const QCommandLineOption exportLog(QStringLiteral("export-log"),
+                                       QStringLiteral("Write LogExport.csv of Log Graph N's range into the data "
+                                                      "folder, then exit."),
+                                       QStringLiteral("N"));
+    parser.addOptions({headless, dataDir, config, ticks, snapshot, print, logHeaders, exportLog});
     parser.addPositionalArgument(QStringLiteral("words"),
                                  QStringLiteral("txtDebug writes a debug trace to Ormivane.txt in the data "
                                                 "folder; VDDebugMode turns off the speed test minimum rule."),
@@ -113,6 +124,24 @@ int main(int argc, char* argv[])
         }
     }
 
+    LogCommand logCommand;
+    const bool isLogCommand = parser.isSet(logHeaders) || parser.isSet(exportLog);
+    if (isLogCommand) {
+        if (parser.isSet(logHeaders) && parser.isSet(exportLog)) {
+            printLine(stderr, QStringLiteral("ormivane: --log-headers and --export-log go one at a time"));
+            return 2;
+        }
+        const QString text = parser.value(parser.isSet(logHeaders) ? logHeaders : exportLog);
+        bool ok = false;
+        logCommand.kind = parser.isSet(logHeaders) ? LogCommand::Headers : LogCommand::Export;
+        logCommand.graphNumber = text.toInt(&ok);
+        logCommand.redraw = parser.isSet(snapshot);
+        if (!ok || logCommand.graphNumber < 1) {
+            printLine(stderr, QStringLiteral("ormivane: a Graph number counts from 1, not \"%1\"").arg(text));
+            return 2;
+        }
+    }
+
     MonitorOptions options;
     options.dataDir = QDir(parser.isSet(dataDir) ? parser.value(dataDir) : defaultDataDir()).absolutePath();
     options.commandLine = QCoreApplication::arguments().mid(1).join(QLatin1Char(' '));
@@ -124,7 +153,8 @@ int main(int argc, char* argv[])
         printLine(stderr, QStringLiteral("ormivane: ") + refused);
         return 2;
     }
-    if (!QDir().mkpath(options.dataDir)) {
+    // A log command writes nothing but the CSV: it makes no folder.
+    if (!isLogCommand && !QDir().mkpath(options.dataDir)) {
         printLine(stderr, QStringLiteral("ormivane: cannot create the data folder %1").arg(options.dataDir));
         return 2;
     }
@@ -136,6 +166,15 @@ int main(int argc, char* argv[])
     DisplayedGraphFactory views(options.commandLine, options.dataDir);
     Monitor monitor(options, clock, store, *sources, views);
     views.bind(monitor.Sensors);
+
+    if (isLogCommand) {
+        const int status = runLogCommand(monitor, logCommand, stdout, stderr);
+        if (status == 0 && parser.isSet(snapshot) && !saveSnapshots(monitor.GraphForms, parser.value(snapshot))) {
+            printLine(stderr, QStringLiteral("ormivane: cannot save the pictures into %1").arg(parser.value(snapshot)));
+            return 1;
+        }
+        return status;
+    }
 
     if (parser.isSet(snapshot)) {
         const QString folder = parser.value(snapshot);

@@ -46,8 +46,9 @@ public:
     double GetAvg(int nodeFrom1, int useThisIndex, double useThisValue, bool onlyCurrent, bool round,
                   bool pingTranslation) const;
     void SetMax(double& maxValue, bool autoRanging, double realValue);
-    void SetUpNodes(bool clearAllData);
-    void InitDraw();
+    void SetUpNodes(bool clearAllData) override;
+    void InitDraw() override;
+    int plotWidth() const override { return geometry().pWidth; }
     void RedrawGraph();
     void ResizeGraph(double xPercent, double yPercent);
     // Wipes the picture, keeps the history.

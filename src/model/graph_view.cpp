@@ -30,4 +30,12 @@ double SampleHistoryView::GetNodeValue(int node, int samplesBack) const
     return list[size_t(pos - 1)];
 }
 
+void SampleHistoryView::SetUpNodes(bool clearAllData)
+{
+    if (!clearAllData)
+        return;
+    labels_.clear();
+    samples_.clear();
+}
+
 }  // namespace orm

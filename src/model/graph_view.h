@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 #include <memory>
 #include <vector>
 
@@ -18,6 +19,11 @@ public:
     virtual double GetNodeValue(int node, int samplesBack) const = 0;
     // Called once after the view is made or its Graph's Nodes changed.
     virtual void OpenGraph() {}
+    // What a Log Graph's refresh asks of its view: a clean start for the Nodes
+    // and the picture, and the width of the plot in pixels (one point each).
+    virtual void SetUpNodes(bool clearAllData) { Q_UNUSED(clearAllData); }
+    virtual void InitDraw() {}
+    virtual int plotWidth() const { return 0; }
 };
 
 // The view without a window: keeps the raw samples, newest last, up to a width.
@@ -27,6 +33,8 @@ public:
     void WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds,
                     int labelEvery) override;
     double GetNodeValue(int node, int samplesBack) const override;
+    void SetUpNodes(bool clearAllData) override;
+    int plotWidth() const override { return width_; }
     const std::vector<std::vector<double>>& samples() const { return samples_; }
     const std::vector<QString>& labels() const { return labels_; }
 

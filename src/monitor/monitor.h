@@ -54,6 +54,9 @@ public:
     bool startUp();
     // Shut-down: only when Closing is set.
     void unload();
+    // The Graphs as stored, with the adapter table and a view for `viewGraph`,
+    // for a reader beside a running monitor: no lock, no start-up, nothing written.
+    void loadWithoutStart(int viewGraph);
 
     // One tick of tmrData.
     void TimerData();
@@ -116,6 +119,7 @@ public:
     KeyValueStore& store() { return store_; }
     LogWriter& logWriter() { return *logWriter_; }
     QString startError() const { return startError_; }
+    const QString& dataDir() const { return options_.dataDir; }
     QString debugLogPath() const;
 
     // Evaluation (exposed for tests of the rules).

@@ -200,6 +200,18 @@ void Monitor::firstRunOrLoad()
     }
 }
 
+void Monitor::loadWithoutStart(int viewGraph)
+{
+    sources_.adapters->GetAdapters(true);
+    LoadSensors(store_, Settings, Sensors, sources_.adapterMap(), *autoStart_, clock_.now());
+    GraphForms.clear();
+    GraphForms.resize(Sensors.size());
+    if (viewGraph >= 0 && size_t(viewGraph) < Sensors.size()) {
+        GraphForms[size_t(viewGraph)] = views_.make(viewGraph);
+        GraphForms[size_t(viewGraph)]->OpenGraph();
+    }
+}
+
 }  // namespace orm
 
 namespace orm {
