@@ -36,6 +36,7 @@ test: build
 bench: build
 	./$(BUILD)/bench/tick_bench
 	./$(BUILD)/bench/alert_bench
+	./$(BUILD)/bench/log_bench
 
 clean:
 	rm -rf $(BUILD)

@@ -266,7 +266,7 @@ void GraphPicture::WriteGraph(const std::vector<double>& values, const QString& 
 
     if (type == LineGraph) {
         painter_.advanceLabel(label, gridSeconds, g);
-        if (!blindDraw)
+        if (!blindDraw && !deferred_)
             painter_.compose(g);
     } else if (type == BarGraph) {
         if (onBarTick)
@@ -275,6 +275,13 @@ void GraphPicture::WriteGraph(const std::vector<double>& values, const QString& 
         onTrayTick(displayValues_);
     }
     painting_ = false;
+}
+
+void GraphPicture::deferPicture(bool deferred)
+{
+    if (deferred_ && !deferred && valid() && graph().GraphType == LineGraph)
+        painter_.compose(graph());
+    deferred_ = deferred;
 }
 
 void GraphPicture::RedrawGraph()

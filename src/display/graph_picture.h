@@ -49,6 +49,7 @@ public:
     void SetUpNodes(bool clearAllData) override;
     void InitDraw() override;
     int plotWidth() const override { return geometry().pWidth; }
+    void deferPicture(bool deferred) override;
     void RedrawGraph();
     void ResizeGraph(double xPercent, double yPercent);
     // Wipes the picture, keeps the history.
@@ -91,6 +92,7 @@ private:
     bool opening_ = false;
     bool painting_ = false;
     bool cancelRedraw_ = false;
+    bool deferred_ = false;
     int clientWidth_ = 0;
     int clientHeight_ = 0;
     std::vector<double> redrawValues_;

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstring>
 #include <fcntl.h>
+#include <memory>
 #include <unordered_set>
 #include <unistd.h>
 
@@ -35,26 +36,41 @@ struct NodeCells {
         size_t column;
     };
     std::vector<Cell> cells;
-    size_t needed = 0;  // the fields a record must have
+    std::vector<size_t> wanted;  // the columns read, ascending
+    size_t wantedBeforeValues = 0;  // how many of them are DATE and TIME (columns 0 and 1)
     char separator = ',';
-    std::vector<std::string_view> fields;
+    std::vector<std::string_view> fields;  // by column; only the wanted ones are set
 
-    void match(const FieldsBlock& block, const std::vector<std::string>& views, size_t atLeast)
+    // `always`: columns read whatever the Nodes show (DATE and TIME for the export).
+    void match(const FieldsBlock& block, const std::vector<std::string>& views, size_t always)
     {
         cells.clear();
-        needed = atLeast;
+        wanted.clear();
         separator = block.separator;
+        for (size_t column = 0; column < always; ++column)
+            wanted.push_back(column);
         for (size_t node = 0; node < views.size(); ++node)
             for (size_t column = 0; column < block.names.size(); ++column)
                 if (block.names[column] == views[node]) {
                     cells.push_back({int(node), column});
-                    needed = std::max(needed, column + 1);
+                    wanted.push_back(column);
                 }
-        fields.resize(needed);
+        std::sort(wanted.begin(), wanted.end());
+        wanted.erase(std::unique(wanted.begin(), wanted.end()), wanted.end());
+        wantedBeforeValues = size_t(std::count_if(wanted.begin(), wanted.end(), [](size_t c) { return c < 2; }));
+        fields.assign(std::max<size_t>(wanted.empty() ? 0 : wanted.back() + 1, 2), std::string_view());
     }
+    // True when the record has every wanted field.
     bool split(const char* s, size_t n)
     {
-        return needed == 0 || splitRecord(s, n, separator, needed, fields.data());
+        // The date and the time stand where the record's moment was read: when
+        // the separator follows each, the walk starts behind them.
+        if (n > 19 && s[10] == separator && s[19] == separator) {
+            fields[0] = std::string_view(s, 10);
+            fields[1] = std::string_view(s + 11, 8);
+            return pickFields(s, n, separator, wanted, fields.data(), wantedBeforeValues, 2, 20);
+        }
+        return pickFields(s, n, separator, wanted, fields.data());
     }
 };
 
@@ -102,7 +118,7 @@ public:
             if (text.size() == 1 && text[0] == '-') {
                 row[c.node] = last_[size_t(c.node)];
             } else {
-                row[c.node] = logValue(text);
+                row[c.node] = recordValue(text);
                 last_[size_t(c.node)] = row[c.node];
             }
         }
@@ -152,15 +168,83 @@ private:
     std::vector<double> values_;
 };
 
+// The output of the export, gathered in a block and written a block at a time.
+class CsvOut {
+public:
+    explicit CsvOut(int fd) : fd_(fd), buffer_(new char[Size + 64]), at_(buffer_.get()) {}
+    // Short texts go sixteen bytes at a time: the source is a line of a read
+    // block with slack behind it, and the block here has slack too.
+    void put(std::string_view text)
+    {
+        if (text.size() <= 16)
+            std::memcpy(at_, text.data(), 16);
+        else
+            std::memcpy(at_, text.data(), text.size());
+        at_ += text.size();
+    }
+    void put(char c) { *at_++ = c; }
+    void putDateTime(const char* s)
+    {
+        std::memcpy(at_, s, 32);
+        at_[10] = ',';
+        at_ += 19;
+    }
+    void putWhole(std::string_view text)  // a text with no slack behind it
+    {
+        while (!text.empty()) {
+            const size_t n = std::min(text.size(), size_t(Size) - used());
+            std::memcpy(at_, text.data(), n);
+            at_ += n;
+            text.remove_prefix(n);
+            if (used() >= Size)
+                flush();
+        }
+    }
+    // Room for a line of `length` bytes, put piece by piece; false for a
+    // line longer than the block, which goes by putWhole.
+    bool reserve(size_t length)
+    {
+        if (length + 64 > Size)
+            return false;
+        if (used() + length + 64 > Size)
+            flush();
+        return true;
+    }
+    bool flush()
+    {
+        const char* p = buffer_.get();
+        while (error == 0 && p < at_) {
+            const ssize_t n = ::write(fd_, p, size_t(at_ - p));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                error = n < 0 ? errno : ENOSPC;
+            else
+                p += n;
+        }
+        at_ = buffer_.get();
+        return error == 0;
+    }
+    int error = 0;
+
+private:
+    static constexpr size_t Size = size_t(1) << 20;
+    size_t used() const { return size_t(at_ - buffer_.get()); }
+    int fd_;
+    std::unique_ptr<char[]> buffer_;
+    char* at_;
+};
+
 class CsvSink final : public LogRecordSink {
 public:
     CsvSink(const std::vector<QString>& itemViews, int fd, LogSkips& skips)
-        : views_(byteNames(itemViews)), fd_(fd), skips_(skips)
+        : out(fd), views_(byteNames(itemViews)), skips_(skips)
     {
-        out_.reserve(FlushAt + 4096);
-        out_ = "DATE,TIME";
-        for (const std::string& v : views_)
-            out_.append(1, ',').append(v);
+        out.putWhole("DATE,TIME");
+        for (const std::string& v : views_) {
+            out.putWhole(",");
+            out.putWhole(v);
+        }
     }
     void fieldsChanged(const FieldsBlock& block) override { cells_.match(block, views_, 2); }
     void record(const char* s, size_t n, Moment) override
@@ -169,43 +253,47 @@ public:
             ++skips_.tooFewFields;
             return;
         }
+        size_t length = 3 + cells_.fields[0].size() + cells_.fields[1].size();
+        for (const NodeCells::Cell& c : cells_.cells)
+            length += 1 + cells_.fields[c.column].size();
         // The line end goes before each record, so the file's last line has none.
-        out_.append("\r\n", 2).append(cells_.fields[0]).append(1, ',').append(cells_.fields[1]);
-        for (const NodeCells::Cell& c : cells_.cells) {
-            const std::string_view text = cells_.fields[c.column];
-            out_.append(1, ',');
-            if (!(text.size() == 1 && text[0] == '-'))
-                out_.append(text);
+        if (out.reserve(length)) {
+            out.put('\r');
+            out.put('\n');
+            if (cells_.fields[0].size() == 10 && cells_.fields[1].data() == s + 11 && cells_.fields[1].size() == 8) {
+                out.putDateTime(s);  // the record's own first 19 characters, a comma between
+            } else {
+                out.put(cells_.fields[0]);
+                out.put(',');
+                out.put(cells_.fields[1]);
+            }
+            for (const NodeCells::Cell& c : cells_.cells) {
+                const std::string_view text = cells_.fields[c.column];
+                out.put(',');
+                if (!(text.size() == 1 && text[0] == '-'))
+                    out.put(text);
+            }
+        } else {  // a line longer than the block: piece by piece
+            out.putWhole("\r\n");
+            out.putWhole(cells_.fields[0]);
+            out.putWhole(",");
+            out.putWhole(cells_.fields[1]);
+            for (const NodeCells::Cell& c : cells_.cells) {
+                const std::string_view text = cells_.fields[c.column];
+                out.putWhole(",");
+                if (!(text.size() == 1 && text[0] == '-'))
+                    out.putWhole(text);
+            }
         }
         ++records;
-        if (out_.size() >= FlushAt)
-            flush();
-    }
-    bool flush()
-    {
-        size_t done = 0;
-        while (error == 0 && done < out_.size()) {
-            const ssize_t n = ::write(fd_, out_.data() + done, out_.size() - done);
-            if (n < 0 && errno == EINTR)
-                continue;
-            if (n <= 0)
-                error = n < 0 ? errno : ENOSPC;
-            else
-                done += size_t(n);
-        }
-        out_.clear();
-        return error == 0;
     }
     qint64 records = 0;
-    int error = 0;
+    CsvOut out;
 
 private:
-    static constexpr size_t FlushAt = size_t(1) << 20;
     std::vector<std::string> views_;
-    int fd_;
     LogSkips& skips_;
     NodeCells cells_;
-    std::string out_;
 };
 
 }  // namespace
@@ -278,8 +366,8 @@ LogExportResult exportLogCsv(const LogReadRange& range, const std::vector<QStrin
     }
     CsvSink sink(itemViews, fd, skips);
     readLogs(range, sink, pacer, skips);
-    sink.flush();
-    int error = sink.error;
+    sink.out.flush();
+    int error = sink.out.error;
     if (::close(fd) != 0 && error == 0)
         error = errno;
     result.records = sink.records;

@@ -17,6 +17,17 @@ double logValue(std::string_view text)
         ++p;
     if (p < end && *p == '+')
         ++p;
+    // Most values are whole numbers: those of up to 15 digits are read directly.
+    if (end - p <= 15 && p < end) {
+        const bool negative = *p == '-';
+        const char* q = p + (negative ? 1 : 0);
+        qint64 whole = 0;
+        const char* digits = q;
+        while (q < end && unsigned(static_cast<unsigned char>(*q)) - unsigned('0') <= 9)
+            whole = whole * 10 + (*q++ - '0');
+        if (q == end && q != digits)
+            return negative ? -double(whole) : double(whole);
+    }
     double value = 0;
     const auto [stop, error] = std::from_chars(p, end, value, std::chars_format::general);
     if (error != std::errc() || stop == p || !std::isfinite(value))
@@ -69,7 +80,7 @@ void LogPacer::pump()
 }
 
 LogScanner::LogScanner(LogPacer& pacer, LogSkips& skips)
-    : pacer_(pacer), skips_(skips), buffer_(new char[BlockSize])
+    : pacer_(pacer), skips_(skips), buffer_(new char[BlockSize + Slack]())
 {
 }
 
@@ -109,7 +120,15 @@ inline void LogScanner::line(const char* s, size_t n)
         ++skips_.beforeFields;
         return;
     }
-    const Moment m = recordMoment(s, n);
+    Moment m = -1;
+    if (n >= 19 && (s[10] == ',' || s[10] == ' ')) {
+        if (lastDateValue_ < 0 || std::memcmp(s, lastDate_, sizeof lastDate_) != 0) {
+            lastDateValue_ = detail::recordDate(s);
+            std::memcpy(lastDate_, s, sizeof lastDate_);
+        }
+        const qint64 time = lastDateValue_ < 0 ? -1 : detail::recordTime(s + 11);
+        m = time < 0 ? -1 : lastDateValue_ * 1000000 + time;
+    }
     if (m < 0) {
         ++skips_.notDated;
         return;
@@ -126,6 +145,7 @@ bool LogScanner::scan(int fd, double start, double end, LogRecordSink& sink, boo
     sink_ = &sink;
     haveFields_ = false;
     block_ = FieldsBlock{};
+    lastDateValue_ = -1;
 
     char* const buf = buffer_.get();
     size_t have = 0;          // bytes of an unfinished line at the start of the buffer

@@ -24,6 +24,9 @@ public:
     virtual void SetUpNodes(bool clearAllData) { Q_UNUSED(clearAllData); }
     virtual void InitDraw() {}
     virtual int plotWidth() const { return 0; }
+    // While deferred, points are drawn without the picture being put together
+    // after each; lifting it puts the picture together once.
+    virtual void deferPicture(bool deferred) { Q_UNUSED(deferred); }
 };
 
 // The view without a window: keeps the raw samples, newest last, up to a width.

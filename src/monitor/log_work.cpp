@@ -42,6 +42,12 @@ QString LogWork::exportPath() const
     return monitor_.dataDir() + QLatin1Char('/') + ExportFileName;
 }
 
+GraphView* LogWork::viewOf(int graph) const
+{
+    return graph >= 0 && size_t(graph) < monitor_.GraphForms.size() ? monitor_.GraphForms[size_t(graph)].get()
+                                                                      : nullptr;
+}
+
 bool LogWork::validGraph(int graph) const
 {
     return graph >= 0 && size_t(graph) < monitor_.Sensors.size();
@@ -64,8 +70,14 @@ LogPacer LogWork::pacer(int graph)
     stale_ = false;
     return LogPacer(
         [this, graph] {
-            if (RefreshingLogGraph && !stale_)
+            // The picture so far is shown while the events run.
+            if (RefreshingLogGraph && !stale_) {
+                if (GraphView* view = viewOf(graph)) {
+                    view->deferPicture(false);
+                    view->deferPicture(true);
+                }
                 host_.graphDrawn(graph);
+            }
             host_.letEventsThrough();
         },
         [this] { return monitor_.Closing || StopLogWork || stale_; });
@@ -152,10 +164,11 @@ void LogWork::RefreshLogGraph(int graph)
     workGraph_ = graph;
     host_.workChanged();
     host_.setStatus(RedrawingGraphText);
-    GraphView* view = size_t(graph) < monitor_.GraphForms.size() ? monitor_.GraphForms[size_t(graph)].get() : nullptr;
+    GraphView* view = viewOf(graph);
     if (view) {
         view->SetUpNodes(true);
         view->InitDraw();
+        view->deferPicture(true);
     }
     const Graph& g = monitor_.Sensors[size_t(graph)];
     std::vector<QString> itemViews;
@@ -167,8 +180,11 @@ void LogWork::RefreshLogGraph(int graph)
     ViewPoints points(monitor_, graph, stale_);
     readLogGraph(range, itemViews, g.LogRecordCount, view ? view->plotWidth() : 0, points, p, skips_);
     traceSkips(QStringLiteral("RefreshLogGraph"));
-    if (!stale_)
+    if (!stale_) {
+        if (GraphView* drawn = viewOf(graph))
+            drawn->deferPicture(false);
         host_.graphDrawn(graph);
+    }
     host_.setStatus(QString());
     StopLogWork = false;
     RefreshingLogGraph = false;

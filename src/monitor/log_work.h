@@ -11,6 +11,7 @@
 
 namespace orm {
 
+class GraphView;
 class Monitor;
 
 inline const QString RefreshWhileExportingText =
@@ -93,6 +94,7 @@ public:
 
 private:
     bool validGraph(int graph) const;
+    GraphView* viewOf(int graph) const;
     LogReadRange rangeOf(int graph) const;
     LogPacer pacer(int graph);
     void traceSkips(const QString& procedure);
