@@ -80,7 +80,7 @@ LogPacer LogWork::pacer(int graph)
             }
             host_.letEventsThrough();
         },
-        [this] { return monitor_.Closing || StopLogWork || stale_; });
+        [this] { return monitor_.Closing || StopLogWork || stale_; }, pumpEveryMs);
 }
 
 void LogWork::graphsChanged()

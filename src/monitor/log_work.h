@@ -63,6 +63,8 @@ public:
     bool RefreshingLogGraph = false;
     bool ExportingLog = false;
     bool StopLogWork = false;
+    // How often the reading lets window events through.
+    int pumpEveryMs = 30;
 
     // The header pass: LogRecordCount of the Graph and the columns of its range.
     void RefreshLogHeaders(int graph);
