@@ -37,6 +37,9 @@ bench: build
 	./$(BUILD)/bench/tick_bench
 	./$(BUILD)/bench/alert_bench
 	./$(BUILD)/bench/log_bench
+	./$(BUILD)/bench/display_bench
+	./$(BUILD)/bench/overhead
+	./$(BUILD)/bench/overhead --desktop
 
 clean:
 	rm -rf $(BUILD)
