@@ -12,8 +12,8 @@
 //
 // For each it prints the CPU seconds per minute over the last 50 s (from
 // /proc/PID/task/*/schedstat, nanoseconds, every thread), the peak RSS (VmHWM)
-// and the ratio to the floor; then the cost of one tick by Node, measured in
-// this process. Prints figures; asserts nothing.
+// and the ratio to the floor; headless, then the cost of one tick by Node,
+// measured in this process. Prints figures; asserts nothing.
 #include "model/catalogue.h"
 #include "model/graph_view.h"
 #include "model/key_value_store.h"
@@ -329,6 +329,7 @@ int main(int argc, char* argv[])
     std::fflush(stdout);
     const std::vector<Measured> rows = runSideBySide(desktop, seconds);
     printFigures(rows, seconds);
-    printNodeCosts();
+    if (!desktop)
+        printNodeCosts();
     return rows.empty() ? 1 : 0;
 }
