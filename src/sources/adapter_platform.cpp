@@ -1,11 +1,11 @@
 #include "sources/adapter_platform.h"
-#include "sources/platform_file.h"
 
-#include "sources/net_dev.h"
+#include "sources/kernel_text.h"
 
 #include <QFile>
 
 #include <algorithm>
+#include <charconv>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -24,25 +24,24 @@ namespace orm {
 namespace {
 
 // Sysfs files that a link does not support fail on read; they give nothing.
-std::optional<QByteArray> readSmallFile(const QString& path)
+std::optional<std::string_view> readWord(KernelFile& file)
 {
-    const auto whole = readPlatformFile(path);
+    const auto whole = file.read();
     if (!whole)
         return std::nullopt;
-    const QByteArray text = whole->trimmed();
-    if (text.isEmpty())
+    const std::string_view text = kernel_text::trimmed(kernel_text::view(*whole));
+    if (text.empty())
         return std::nullopt;
     return text;
 }
 
-std::optional<qint64> readNumber(const QString& path)
+std::optional<qint64> readNumber(KernelFile& file)
 {
-    const auto text = readSmallFile(path);
-    if (!text)
+    const auto text = readWord(file);
+    qint64 value = 0;
+    if (!text || std::from_chars(text->data(), text->data() + text->size(), value).ptr != text->data() + text->size())
         return std::nullopt;
-    bool ok = false;
-    const qint64 value = text->toLongLong(&ok);
-    return ok ? std::optional<qint64>(value) : std::nullopt;
+    return value;
 }
 
 Ipv4Bytes bytesOf(const sockaddr* address)
@@ -92,15 +91,15 @@ quint32 adapterTypeCode(int linkType)
     }
 }
 
-quint32 adapterStatusCode(const QString& operState, bool loopback, bool carrier)
+quint32 adapterStatusCode(std::string_view operState, bool loopback, bool carrier)
 {
-    if (operState == QLatin1String("up"))
+    if (operState == "up")
         return AdapterStatusOperational;
-    if (operState == QLatin1String("down"))
+    if (operState == "down")
         return AdapterStatusDisconnected;
-    if (operState == QLatin1String("dormant"))
+    if (operState == "dormant")
         return AdapterStatusConnecting;
-    if (operState == QLatin1String("unknown"))
+    if (operState == "unknown")
         return loopback || carrier ? AdapterStatusOperational : AdapterStatusDisconnected;
     // lowerlayerdown, notpresent, testing
     return AdapterStatusNonOperational;
@@ -116,35 +115,76 @@ quint32 adapterSpeed(qint64 megabitsPerSecond)
     return quint32(megabitsPerSecond * 1000000);
 }
 
+// One interface as its sysfs folder tells it.
+struct LinuxAdapterPlatform::Link {
+    Link(const QString& dir, QByteArrayView linkName)
+        : name(QString::fromUtf8(linkName)), bytes(linkName.toByteArray()),
+          operState(dir + QStringLiteral("/operstate")), carrier(dir + QStringLiteral("/carrier"))
+    {
+        KernelFile ifindex(dir + QStringLiteral("/ifindex")), type(dir + QStringLiteral("/type")),
+            speedFile(dir + QStringLiteral("/speed"));
+        index = qint32(readNumber(ifindex).value_or(0));
+        typeCode = adapterTypeCode(int(readNumber(type).value_or(-1)));
+        speed = adapterSpeed(readNumber(speedFile).value_or(-1));
+    }
+    QString name;
+    QByteArray bytes;
+    KernelFile operState, carrier;
+    qint32 index = 0;
+    quint32 typeCode = 0;
+    quint32 speed = 0;
+};
+
 LinuxAdapterPlatform::LinuxAdapterPlatform(QString procRoot, QString sysRoot, QString routeProbeAddress)
-    : procRoot_(std::move(procRoot)), sysRoot_(std::move(sysRoot)), routeProbeAddress_(std::move(routeProbeAddress))
+    : procRoot_(std::move(procRoot)), sysRoot_(std::move(sysRoot)), routeProbeAddress_(std::move(routeProbeAddress)),
+      netDev_(procRoot_ + QStringLiteral("/net/dev"))
 {
+}
+
+LinuxAdapterPlatform::~LinuxAdapterPlatform() = default;
+
+LinuxAdapterPlatform::Link& LinuxAdapterPlatform::linkNamed(QByteArrayView name)
+{
+    for (const auto& link : links_) {
+        if (link->bytes == name)
+            return *link;
+    }
+    links_.push_back(std::make_unique<Link>(sysRoot_ + QStringLiteral("/class/net/") + QString::fromUtf8(name), name));
+    return *links_.back();
 }
 
 AdapterReadError LinuxAdapterPlatform::interfaceRows(std::vector<InterfaceRow>& rows)
 {
     rows.clear();
-    const auto netDev = readPlatformFile(procRoot_ + QStringLiteral("/net/dev"));
+    const auto netDev = netDev_.read();
     if (!netDev)
         return {AdapterErrorNotSupported, QStringLiteral("The request is not supported.")};
-    for (const NetDevRow& dev : parseNetDev(*netDev)) {
-        const QString dir = sysRoot_ + QStringLiteral("/class/net/") + dev.name;
+    parseNetDev(*netDev, netDevRows_);
+    for (const NetDevRow& dev : netDevRows_) {
+        Link& link = linkNamed(dev.name);
+        const auto operState = readWord(link.operState);
         InterfaceRow row;
-        row.Index = qint32(readNumber(dir + QStringLiteral("/ifindex")).value_or(0));
-        row.Description = dev.name;
-        row.Name = dev.name;
+        row.Index = link.index;
+        row.Description = link.name;
+        row.Name = link.name;
         row.InOctets = dev.rxBytes;
         row.OutOctets = dev.txBytes;
         row.InErrors = dev.rxErrors;
         row.OutErrors = dev.txErrors;
         // Linux keeps no per-interface count of unknown protocols.
         row.InUnknownProtos = 0;
-        row.Type = adapterTypeCode(int(readNumber(dir + QStringLiteral("/type")).value_or(-1)));
-        const QString operState = QString::fromLatin1(readSmallFile(dir + QStringLiteral("/operstate")).value_or(QByteArray()));
-        const bool carrier = readNumber(dir + QStringLiteral("/carrier")).value_or(0) == 1;
-        row.OperStatus = adapterStatusCode(operState, row.Type == AdapterTypeLoopback, carrier);
-        row.Speed = adapterSpeed(readNumber(dir + QStringLiteral("/speed")).value_or(-1));
+        row.Type = link.typeCode;
+        const bool loopback = row.Type == AdapterTypeLoopback;
+        const std::string_view state = operState.value_or(std::string_view());
+        // Only an "unknown" state asks whether there is a carrier.
+        const bool carrier = state == "unknown" && !loopback && readNumber(link.carrier).value_or(0) == 1;
+        row.OperStatus = adapterStatusCode(state, loopback, carrier);
+        row.Speed = link.speed;
         rows.push_back(row);
+        if (!operState) {
+            // Gone, or never there: looked at afresh next time.
+            links_.erase(std::find_if(links_.begin(), links_.end(), [&](const auto& l) { return l.get() == &link; }));
+        }
     }
     std::stable_sort(rows.begin(), rows.end(),
                      [](const InterfaceRow& a, const InterfaceRow& b) { return a.Index < b.Index; });

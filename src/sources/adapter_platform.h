@@ -2,9 +2,14 @@
 // the IPv4 address rows, and the adapter that leads to the outside world.
 #pragma once
 
+#include "sources/kernel_file.h"
+#include "sources/net_dev.h"
+
 #include <QString>
 #include <QtGlobal>
 #include <array>
+#include <memory>
+#include <string_view>
 #include <vector>
 
 namespace orm {
@@ -70,28 +75,38 @@ public:
 inline constexpr const char* DefaultRouteProbeAddress = "8.8.8.8";
 
 // Counters from <procRoot>/net/dev; index, type, state and speed from
-// <sysRoot>/class/net/<name>/; addresses from getifaddrs.
+// <sysRoot>/class/net/<name>/; addresses from getifaddrs. Index, type and
+// speed are read when an interface is first seen; its state on every read,
+// from a file kept open. An interface whose state can no longer be read has
+// gone, and is looked at afresh when its name comes back.
 class LinuxAdapterPlatform final : public AdapterPlatform {
 public:
     explicit LinuxAdapterPlatform(QString procRoot = QStringLiteral("/proc"),
                                   QString sysRoot = QStringLiteral("/sys"),
                                   QString routeProbeAddress = QString::fromLatin1(DefaultRouteProbeAddress));
+    ~LinuxAdapterPlatform() override;
 
     AdapterReadError interfaceRows(std::vector<InterfaceRow>& rows) override;
     AdapterReadError addressRows(std::vector<AddressRow>& rows) override;
     qint32 bestInterfaceIndex() override;
 
 private:
+    struct Link;
+    Link& linkNamed(QByteArrayView name);
+
     QString procRoot_;
     QString sysRoot_;
     QString routeProbeAddress_;
+    KernelFile netDev_;
+    std::vector<NetDevRow> netDevRows_;
+    std::vector<std::unique_ptr<Link>> links_;
 };
 
 // The type code of an ARPHRD_* link type.
 quint32 adapterTypeCode(int linkType);
 // The status code of an operstate word. A loopback says "unknown" while it
 // works; other links saying "unknown" count as working when they have carrier.
-quint32 adapterStatusCode(const QString& operState, bool loopback, bool carrier);
+quint32 adapterStatusCode(std::string_view operState, bool loopback, bool carrier);
 // Bits per second from the Mbit/s of the speed file; unknown (-1) is 0 and
 // links faster than the 32-bit field holds read its maximum.
 quint32 adapterSpeed(qint64 megabitsPerSecond);

@@ -56,17 +56,12 @@ QString AdapterTypeText(quint32 code)
 
 QString AdapterStatusText(quint32 code)
 {
-    const char* text = "";
-    switch (code) {
-    case 0: text = "Not operational"; break;
-    case 1: text = "Operational"; break;
-    case 2: text = "Disconnected"; break;
-    case 3: text = "Connecting"; break;
-    case 4: text = "Connected"; break;
-    case 5: text = "Unreachable"; break;
-    default: break;
-    }
-    return fixedWidth(text, 20);
+    // Made once: every refresh sets the text again.
+    static const QString texts[] = {fixedWidth("Not operational", 20), fixedWidth("Operational", 20),
+                                    fixedWidth("Disconnected", 20),    fixedWidth("Connecting", 20),
+                                    fixedWidth("Connected", 20),       fixedWidth("Unreachable", 20),
+                                    fixedWidth("", 20)};
+    return texts[std::min<quint32>(code, 6)];
 }
 
 QString AddressToText(const Ipv4Bytes& bytes)
@@ -88,7 +83,7 @@ void Adapters::GetAdapters(bool init)
         }
     }
 
-    std::vector<InterfaceRow> rows;
+    std::vector<InterfaceRow>& rows = rows_;
     const AdapterReadError error = platform_.interfaceRows(rows);
     if (error.failed()) {
         failed(init, error, slot);

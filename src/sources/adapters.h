@@ -64,6 +64,7 @@ public:
 
 private:
     void failed(bool init, const AdapterReadError& error, int slot);
+    std::vector<InterfaceRow> rows_;  // kept between refreshes
 
     AdapterPlatform& platform_;
     std::vector<AddressRow> addressRows_;  // read at init only

@@ -1,7 +1,5 @@
 #include "sources/cpu_usage.h"
-#include "sources/platform_file.h"
 
-#include <QFile>
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -10,14 +8,6 @@
 namespace orm {
 
 namespace {
-
-std::optional<std::vector<CpuJiffies>> readStat(const QString& path)
-{
-    const auto text = readPlatformFile(path);
-    if (!text)
-        return std::nullopt;
-    return parseProcStat(*text);
-}
 
 double busyPercent(const CpuJiffies& before, const CpuJiffies& now)
 {
@@ -31,7 +21,7 @@ double busyPercent(const CpuJiffies& before, const CpuJiffies& now)
 }  // namespace
 
 ProcStatCpuCounters::ProcStatCpuCounters(QString procRoot)
-    : statPath_(std::move(procRoot) + QStringLiteral("/stat"))
+    : stat_(procRoot + QStringLiteral("/stat"))
 {
 }
 
@@ -42,8 +32,9 @@ int ProcStatCpuCounters::processorCount()
     // The highest N + 1, which is the number of cpuN lines while all are
     // online, and keeps slot N for cpuN if one is offline at start.
     count_ = 0;
-    if (const auto rows = readStat(statPath_)) {
-        for (const CpuJiffies& r : *rows)
+    if (const auto text = stat_.read()) {
+        parseProcStat(*text, rows_);
+        for (const CpuJiffies& r : rows_)
             count_ = std::max(count_, r.index + 1);
     }
     slots_.assign(size_t(count_), Slot{});
@@ -54,14 +45,14 @@ std::vector<double> ProcStatCpuCounters::collect()
 {
     const int count = processorCount();
     std::vector<double> percents(size_t(count), 0.0);
-    const auto rows = readStat(statPath_);
-    std::vector<bool> present(size_t(count), false);
-    if (rows) {
-        for (const CpuJiffies& r : *rows) {
+    present_.assign(size_t(count), false);
+    if (const auto text = stat_.read()) {
+        parseProcStat(*text, rows_);
+        for (const CpuJiffies& r : rows_) {
             if (r.index >= count)
                 continue;
             Slot& s = slots_[size_t(r.index)];
-            present[size_t(r.index)] = true;
+            present_[size_t(r.index)] = true;
             if (s.seen)
                 percents[size_t(r.index)] = busyPercent(s.last, r);
             s.last = r;
@@ -70,7 +61,7 @@ std::vector<double> ProcStatCpuCounters::collect()
     }
     // A processor without a line starts afresh when it comes back.
     for (size_t i = 0; i < slots_.size(); ++i) {
-        if (!present[i])
+        if (!present_[i])
             slots_[i].seen = false;
     }
     return percents;

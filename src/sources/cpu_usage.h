@@ -1,6 +1,7 @@
 // zCPUUsage: the load of every logical processor as a whole percent.
 #pragma once
 
+#include "sources/kernel_file.h"
 #include "sources/proc_stat.h"
 
 #include <QString>
@@ -31,9 +32,11 @@ private:
         CpuJiffies last;
         bool seen = false;
     };
-    QString statPath_;
+    KernelFile stat_;
     int count_ = -1;
     std::vector<Slot> slots_;
+    std::vector<CpuJiffies> rows_;
+    std::vector<bool> present_;
 };
 
 // Rounds to the nearest integer, ties to even (49.5 -> 50, 50.5 -> 50);

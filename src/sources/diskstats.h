@@ -1,9 +1,10 @@
 // The per-device I/O counters of /proc/diskstats.
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QtGlobal>
+#include <optional>
 #include <vector>
 
 namespace orm {
@@ -19,6 +20,10 @@ struct DiskStatsRow {
 
 // One row per line with the fourteen classic fields (later kernels add more,
 // which are ignored); malformed lines are skipped.
-std::vector<DiskStatsRow> parseDiskstats(const QByteArray& text);
+std::vector<DiskStatsRow> parseDiskstats(QByteArrayView text);
+
+// The row of the device major:minor, with its name left empty; nothing when
+// no well-formed line has that number.
+std::optional<DiskStatsRow> diskstatsRowOf(QByteArrayView text, quint32 major, quint32 minor);
 
 }  // namespace orm

@@ -2,6 +2,8 @@
 
 #include "sources/unsigned_double.h"
 
+#include <tuple>
+
 namespace orm {
 
 QString driveTypeText(int driveType)
@@ -48,10 +50,8 @@ void DriveInfo::GetDriveInfo()
 
         const int type = platform_.driveType(root);
         d.DriveTypeText = driveTypeText(type);
-        if (type == DriveFixed || type == DriveRamDisk) {
-            d.FreeBytes = GetDriveSpace(d.Name).second;
-            d.TotalBytes = GetDriveSpace(d.Name).first;
-        }
+        if (type == DriveFixed || type == DriveRamDisk)
+            std::tie(d.TotalBytes, d.FreeBytes) = GetDriveSpace(d.Name);
     }
 }
 
@@ -100,8 +100,10 @@ void DriveInfo::UpdateDriveCounters(int index)
     d.ReadCurrent = d.ReadPrevious = reading.BytesRead;
     d.WriteCurrent = d.WritePrevious = reading.BytesWritten;
 
-    d.FreeBytes = GetDriveSpace(d.Name).second;
-    d.TotalBytes = GetDriveSpace(d.Name).first;
+    // One query gives both figures.
+    const auto [total, free] = GetDriveSpace(d.Name);
+    d.FreeBytes = free;
+    d.TotalBytes = total;
     d.Performance = reading;
 }
 

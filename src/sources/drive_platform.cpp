@@ -1,6 +1,7 @@
 #include "sources/drive_platform.h"
 #include "sources/platform_file.h"
 
+#include <algorithm>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -72,6 +73,7 @@ LinuxDrivePlatform::LinuxDrivePlatform(QString procRoot, QString sysRoot, QStrin
     : procRoot_(std::move(procRoot))
     , sysRoot_(std::move(sysRoot))
     , devRoot_(std::move(devRoot))
+    , diskstats_(procRoot_ + QStringLiteral("/diskstats"))
 {
 }
 
@@ -104,10 +106,31 @@ std::optional<MountEntry> LinuxDrivePlatform::mountOf(const QString& mountPoint)
     return std::nullopt;
 }
 
-std::vector<DiskStatsRow> LinuxDrivePlatform::readDiskstats() const
+std::vector<DiskStatsRow> LinuxDrivePlatform::readDiskstats()
 {
-    const auto text = readPlatformFile(procRoot_ + QStringLiteral("/diskstats"));
+    const auto text = diskstats_.read();
     return text ? parseDiskstats(*text) : std::vector<DiskStatsRow>{};
+}
+
+std::optional<DiskStatsRow> LinuxDrivePlatform::diskstatsRowOfMount(const MountEntry& mount)
+{
+    auto known = std::find_if(knownDevices_.begin(), knownDevices_.end(), [&](const KnownDevice& k) {
+        return k.mountPoint == mount.mountPoint && k.device == mount.device;
+    });
+    if (known != knownDevices_.end()) {
+        const auto text = diskstats_.read();
+        if (!text)
+            return std::nullopt;
+        if (auto row = diskstatsRowOf(*text, known->major, known->minor)) {
+            row->name = known->name;
+            return row;
+        }
+        knownDevices_.erase(known);  // the device went: looked for afresh
+    }
+    auto row = blockDeviceOf(mount, readDiskstats());
+    if (row)
+        knownDevices_.push_back({mount.mountPoint, mount.device, row->major, row->minor, row->name});
+    return row;
 }
 
 QString LinuxDrivePlatform::devPath(const QString& path) const
@@ -240,7 +263,7 @@ std::optional<DiskPerformance> LinuxDrivePlatform::diskPerformance(const QString
     const auto mount = mountOf(name);
     if (!mount)
         return std::nullopt;
-    const auto row = blockDeviceOf(*mount, readDiskstats());
+    const auto row = diskstatsRowOfMount(*mount);
     if (!row)
         return std::nullopt;
     DiskPerformance p;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sources/diskstats.h"
+#include "sources/kernel_file.h"
 #include "sources/mounts.h"
 
 #include <QString>
@@ -80,8 +81,16 @@ public:
     QString labelOf(const QString& deviceName) const;
 
 private:
+    // The block device found for a mount, by number, so that a tick finds its
+    // row again without looking at the device node.
+    struct KnownDevice {
+        QString mountPoint, device;
+        quint32 major = 0, minor = 0;
+        QString name;
+    };
     std::optional<MountEntry> mountOf(const QString& mountPoint);
-    std::vector<DiskStatsRow> readDiskstats() const;
+    std::vector<DiskStatsRow> readDiskstats();
+    std::optional<DiskStatsRow> diskstatsRowOfMount(const MountEntry& mount);
     QString devPath(const QString& path) const;
 
     QString procRoot_, sysRoot_, devRoot_;
@@ -89,6 +98,9 @@ private:
     // The filesystem each mount point showed at that look: once unmounted, the
     // folder shows the filesystem beneath, whose space is not the drive's.
     std::vector<std::pair<QString, quint64>> mountedDevices_;
+
+    KernelFile diskstats_;
+    std::vector<KnownDevice> knownDevices_;
 };
 
 // The major:minor pair packed the kernel's way; never 0 for a real device.

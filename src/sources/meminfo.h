@@ -1,7 +1,7 @@
 // The memory figures, as /proc/meminfo gives them.
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QtGlobal>
 #include <optional>
 
@@ -17,6 +17,6 @@ struct MemoryFigures {
 // Physical: MemTotal and MemAvailable (MemFree + Buffers + Cached on kernels
 // without it); page file: SwapTotal and SwapFree; virtual: CommitLimit and
 // CommitLimit - Committed_AS, never below 0. No MemTotal: no figures.
-std::optional<MemoryFigures> parseMeminfo(const QByteArray& text);
+std::optional<MemoryFigures> parseMeminfo(QByteArrayView text);
 
 }  // namespace orm

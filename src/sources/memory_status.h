@@ -1,6 +1,7 @@
 // zMemory: the machine's memory figures, refreshed on demand.
 #pragma once
 
+#include "sources/kernel_file.h"
 #include "sources/meminfo.h"
 #include "sources/unsigned_double.h"
 
@@ -17,7 +18,7 @@ public:
     MemoryFigures figures;
 
 private:
-    QString path_;
+    KernelFile meminfo_;
 };
 
 }  // namespace orm

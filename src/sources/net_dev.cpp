@@ -1,8 +1,10 @@
 #include "sources/net_dev.h"
 
-#include <QList>
+#include "sources/kernel_text.h"
 
 namespace orm {
+
+using namespace kernel_text;
 
 namespace {
 
@@ -12,29 +14,28 @@ constexpr int FieldCount = 16;
 
 }  // namespace
 
-std::vector<NetDevRow> parseNetDev(const QByteArray& text)
+void parseNetDev(QByteArrayView text, std::vector<NetDevRow>& rows)
 {
-    std::vector<NetDevRow> rows;
-    for (const QByteArray& line : text.split('\n')) {
+    rows.clear();
+    std::string_view rest = view(text), line;
+    while (nextLine(rest, line)) {
         // Interface names cannot hold ':', so the first one ends the name. Old
         // kernels wrote large counters straight behind it, with no blank.
-        const qsizetype colon = line.indexOf(':');
-        if (colon < 0)
+        const size_t colon = line.find(':');
+        if (colon == std::string_view::npos)
             continue;
-        const QByteArray name = line.left(colon).trimmed();
-        if (name.isEmpty() || name.contains('|'))
+        const std::string_view name = trimmed(line.substr(0, colon));
+        if (name.empty() || name.find('|') != std::string_view::npos)
             continue;
-        const QList<QByteArray> fields = line.mid(colon + 1).simplified().split(' ');
-        if (fields.size() < FieldCount)
-            continue;
+        std::string_view fields = line.substr(colon + 1);
         quint64 value[FieldCount];
         bool usable = true;
         for (int i = 0; i < FieldCount && usable; ++i)
-            value[i] = fields[i].toULongLong(&usable);
+            usable = nextNumber(fields, value[i]);
         if (!usable)
             continue;
         NetDevRow row;
-        row.name = QString::fromUtf8(name);
+        row.name = QByteArrayView(name.data(), qsizetype(name.size()));
         row.rxBytes = value[0];
         row.rxPackets = value[1];
         row.rxErrors = value[2];
@@ -45,7 +46,6 @@ std::vector<NetDevRow> parseNetDev(const QByteArray& text)
         row.txDropped = value[11];
         rows.push_back(row);
     }
-    return rows;
 }
 
 }  // namespace orm

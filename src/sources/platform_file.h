@@ -1,20 +1,14 @@
-// Reading the kernel's text files (/proc, /sys): whole, opened and closed at
-// once; nothing when the file cannot be read.
+// Reading a kernel text file (/proc, /sys) once: opened, read whole and closed;
+// nothing when the file cannot be read. What a tick reads again and again is
+// a KernelFile, kept between ticks.
 #pragma once
 
 #include <QByteArray>
-#include <QFile>
 #include <QString>
 #include <optional>
 
 namespace orm {
 
-inline std::optional<QByteArray> readPlatformFile(const QString& path)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return f.readAll();  // /proc files claim size 0; readAll reads to the end
-}
+std::optional<QByteArray> readPlatformFile(const QString& path);
 
 }  // namespace orm

@@ -1,37 +1,38 @@
 #include "sources/proc_stat.h"
 
-#include <QList>
+#include "sources/kernel_text.h"
 
 namespace orm {
 
-std::vector<CpuJiffies> parseProcStat(const QByteArray& text)
+using namespace kernel_text;
+
+void parseProcStat(QByteArrayView text, std::vector<CpuJiffies>& rows)
 {
-    std::vector<CpuJiffies> rows;
-    for (const QByteArray& line : text.split('\n')) {
-        if (!line.startsWith("cpu"))
+    rows.clear();
+    std::string_view rest = view(text), line;
+    while (nextLine(rest, line)) {
+        std::string_view word;
+        if (!line.starts_with("cpu") || !nextWord(line, word))
             continue;
-        const QList<QByteArray> f = line.simplified().split(' ');
-        bool ok = false;
-        const int index = f[0].mid(3).toInt(&ok);
+        quint64 index = 0;
+        // the "cpu" total line has no number
+        if (!toNumber(word.substr(3), index) || index > quint64(INT_MAX))
+            continue;
         // user nice system idle iowait irq softirq steal: older kernels stop at idle
-        if (!ok || index < 0 || f.size() < 5)
-            continue;
         quint64 v[8] = {};
+        int fields = 0;
         bool good = true;
-        for (int i = 1; i < f.size() && i <= 8; ++i) {
-            v[i - 1] = f[i].toULongLong(&ok);
-            good = good && ok;
-        }
-        if (!good)
+        while (fields < 8 && good && nextWord(line, word))
+            good = toNumber(word, v[fields++]);
+        if (!good || fields < 4)
             continue;
         CpuJiffies row;
-        row.index = index;
+        row.index = int(index);
         for (quint64 x : v)
             row.total += x;
         row.busy = row.total - v[3] - v[4];
         rows.push_back(row);
     }
-    return rows;
 }
 
 }  // namespace orm

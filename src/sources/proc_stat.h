@@ -1,8 +1,9 @@
 // The per-processor jiffy counters of /proc/stat.
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QtGlobal>
+#include <climits>
 #include <vector>
 
 namespace orm {
@@ -15,8 +16,8 @@ struct CpuJiffies {
     int index = 0;  // N of "cpuN"
 };
 
-// One row per "cpuN" line, in file order; the "cpu" total line and malformed
-// lines are skipped. Offline processors have no line.
-std::vector<CpuJiffies> parseProcStat(const QByteArray& text);
+// One row per "cpuN" line, in file order, into `rows` (emptied first); the
+// "cpu" total line and malformed lines are skipped. Offline processors have no line.
+void parseProcStat(QByteArrayView text, std::vector<CpuJiffies>& rows);
 
 }  // namespace orm

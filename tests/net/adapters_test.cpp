@@ -124,10 +124,12 @@ TEST(NetDevParser, LargeCountersOddNamesAndBrokenLines)
 {
     QFile file(QStringLiteral(ORM_FIXTURES "/net/proc_net_dev_large.txt"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const auto rows = parseNetDev(file.readAll());
+    const QByteArray text = file.readAll();
+    std::vector<NetDevRow> rows;
+    parseNetDev(text, rows);
     QStringList got;  // name, received and sent bytes
     for (const NetDevRow& r : rows)
-        got << QStringLiteral("%1 %2 %3").arg(r.name).arg(r.rxBytes).arg(r.txBytes);
+        got << QStringLiteral("%1 %2 %3").arg(QString::fromUtf8(r.name)).arg(r.rxBytes).arg(r.txBytes);
     // eth0.100 has its counter straight behind the colon, as old kernels wrote
     // it. Short, non-numeric, negative and nameless lines are skipped; the line
     // after them still counts.

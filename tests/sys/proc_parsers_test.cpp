@@ -14,12 +14,14 @@ using namespace orm::test;
 
 TEST(ProcStatParser, OneRowPerProcessorGuestTimeOnceBadLinesSkipped)
 {
-    const auto captured = parseProcStat(readAll(fixture("machine/stat")));
+    std::vector<CpuJiffies> captured, rows;
+    parseProcStat(readAll(fixture("machine/stat")), captured);
     ASSERT_EQ(captured.size(), 2u);  // the "cpu" total line is skipped
     EXPECT_EQ(captured[0].busy, 751u + 863 + 8 + 14);
 
-    const auto rows = parseProcStat("cpu0 40 5 10 100 20 3 2 1 30 4\ncpu1 abc 0 0 0 0\ncpux 1 2 3 4 5\ncpu2 7\n"
-                                    "cpu3 1 2 3 4\n");  // old kernel: nothing after idle
+    parseProcStat("cpu0 40 5 10 100 20 3 2 1 30 4\ncpu1 abc 0 0 0 0\ncpux 1 2 3 4 5\ncpu2 7\n"
+                  "cpu3 1 2 3 4\n",  // old kernel: nothing after idle
+                  rows);
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[0].total, 40u + 5 + 10 + 100 + 20 + 3 + 2 + 1);  // guest time is inside user and nice
     EXPECT_EQ(rows[0].busy, 40u + 5 + 10 + 3 + 2 + 1);

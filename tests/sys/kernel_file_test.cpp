@@ -1,0 +1,86 @@
+// A kernel file read again and again: the kernel's own files stay open and
+// give fresh text each time, whole however long; other files are opened anew,
+// so that one replaced or removed meanwhile is seen as it is now.
+#include "sources/kernel_file.h"
+#include "temp_tree.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace orm;
+using namespace orm::test;
+
+namespace {
+
+// The "rchar" count of /proc/self/io: bytes this process has read so far.
+quint64 readChars(QByteArrayView io)
+{
+    const QByteArray text = io.toByteArray();
+    const qsizetype at = text.indexOf("rchar: ");
+    return at < 0 ? 0 : text.mid(at + 7, text.indexOf('\n', at) - at - 7).toULongLong();
+}
+
+TEST(KernelFile, KeptOpenProcFileGivesFreshTextEachRead)
+{
+    KernelFile io(QStringLiteral("/proc/self/io"));
+    const auto first = io.read();
+    ASSERT_TRUE(first.has_value());
+    const quint64 before = readChars(*first);
+    ASSERT_GT(before, 0u);
+    readAll(QStringLiteral("/proc/self/maps"));  // some reading in between
+    const auto second = io.read();
+    ASSERT_TRUE(second.has_value());
+    EXPECT_GT(readChars(*second), before);
+}
+
+TEST(KernelFile, TextOfManyPagesComesWhole)
+{
+    // /proc/self/maps comes a page at a time; a file of ours is larger than the first buffer.
+    KernelFile maps(QStringLiteral("/proc/self/maps"));
+    const auto text = maps.read();
+    ASSERT_TRUE(text.has_value());
+    const QByteArray direct = readAll(QStringLiteral("/proc/self/maps"));
+    ASSERT_GT(direct.size(), 4096);
+    EXPECT_NEAR(double(text->size()), double(direct.size()), direct.size() * 0.1);
+    EXPECT_TRUE(text->endsWith('\n'));
+
+    QTemporaryDir dir;
+    QByteArray big;
+    for (int i = 0; i < 5000; ++i)
+        big += "line " + QByteArray::number(i) + '\n';
+    ASSERT_TRUE(writeFile(dir.filePath(QStringLiteral("big")), big));
+    KernelFile file(dir.filePath(QStringLiteral("big")));
+    EXPECT_EQ(file.read().value(), big);
+}
+
+TEST(KernelFile, OtherFilesAreSeenAsTheyAreNow)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("stat"));
+    KernelFile file(path);
+    EXPECT_FALSE(file.read().has_value());  // not there yet
+    ASSERT_TRUE(writeFile(path, "one\n"));
+    EXPECT_EQ(file.read().value(), "one\n");
+    // Replaced by a new file under the same name, as an atomic writer does.
+    ASSERT_TRUE(writeFile(path + QStringLiteral(".new"), "two, longer\n"));
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QFile::rename(path + QStringLiteral(".new"), path));
+    EXPECT_EQ(file.read().value(), "two, longer\n");
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_FALSE(file.read().has_value());
+}
+
+TEST(KernelFile, FileOfAProcessThatEndedReadsNothing)
+{
+    QProcess child;
+    child.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+    ASSERT_TRUE(child.waitForStarted(5000));
+    KernelFile statm(QStringLiteral("/proc/%1/statm").arg(child.processId()));
+    ASSERT_TRUE(statm.read().has_value());
+    child.kill();
+    ASSERT_TRUE(child.waitForFinished(5000));
+    EXPECT_FALSE(statm.read().has_value());
+}
+
+}  // namespace
