@@ -11,21 +11,39 @@ namespace {
 // Appends one column and its value, each behind the separator.
 class LineBuilder {
 public:
-    LineBuilder(QChar sep, LogLine& line) : sep_(sep), line_(line) {}
+    LineBuilder(char sep, LogLineText& line) : sep_(sep), line_(line) {}
 
-    void add(const QString& name, const QString& value)
+    // The column's name: a fixed part, and a number or a text after it.
+    void name(std::string_view base) { line_.fields += sep_; line_.fields += base; }
+    void name(std::string_view base, qint64 number)
     {
-        line_.fields += sep_;
-        line_.fields += name;
-        line_.values += sep_;
-        line_.values += value;
+        name(base);
+        appendNumber(line_.fields, double(number));
     }
-    void add(const QString& name, double value) { add(name, numberText(value)); }
-    void addInt(const QString& name, qint64 value) { add(name, QString::number(value)); }
+    void name(std::string_view base, const QString& text)
+    {
+        name(base);
+        line_.fields += text.toUtf8().toStdString();
+    }
+    void value(double v)
+    {
+        line_.values += sep_;
+        appendNumber(line_.values, v);
+    }
+    void value(std::string_view text)
+    {
+        line_.values += sep_;
+        line_.values += text;
+    }
+    static void appendNumber(std::string& to, double v)
+    {
+        char buf[NumberTextSize];
+        to.append(buf, size_t(numberTextTo(v, buf)));
+    }
 
 private:
-    QChar sep_;
-    LogLine& line_;
+    char sep_;
+    LogLineText& line_;
 };
 
 QString withoutBlanksAndCommas(QString s)
@@ -40,32 +58,43 @@ void addGroups(const LogFlags& flags, const LogInputs& in, LineBuilder& b)
     if (flags.logAdapters) {
         for (size_t i = 0; i < in.adapters.size(); ++i) {
             const AdapterLogRow& a = in.adapters[i];
-            const QString n = QString::number(i);
-            b.add(QStringLiteral("ADPT_DN_") + n, a.DownDelta);
-            b.add(QStringLiteral("ADPT_UP_") + n, a.UpDelta);
-            b.add(QStringLiteral("ADPT_ERR_DN_") + n, a.InErrors);
-            b.add(QStringLiteral("ADPT_ERR_UP_") + n, a.OutErrors);
+            const qint64 n = qint64(i);
+            b.name("ADPT_DN_", n);
+            b.value(a.DownDelta);
+            b.name("ADPT_UP_", n);
+            b.value(a.UpDelta);
+            b.name("ADPT_ERR_DN_", n);
+            b.value(a.InErrors);
+            b.name("ADPT_ERR_UP_", n);
+            b.value(a.OutErrors);
         }
     }
     if (flags.logMemory) {
         const MemoryLogFigures& m = in.memory;
-        b.add(QStringLiteral("MEM_TOT"), m.TotalPhys);
-        b.add(QStringLiteral("MEM_V_TOT"), m.TotalVirtual);
-        b.add(QStringLiteral("MEM_P_TOT"), m.TotalPageFile);
-        b.add(QStringLiteral("MEM_AVA"), m.AvailPhys);
-        b.add(QStringLiteral("MEM_V_AVA"), m.AvailVirtual);
-        b.add(QStringLiteral("MEM_P_AVA"), m.AvailPageFile);
+        const std::pair<const char*, double> columns[] = {
+            {"MEM_TOT", m.TotalPhys},  {"MEM_V_TOT", m.TotalVirtual}, {"MEM_P_TOT", m.TotalPageFile},
+            {"MEM_AVA", m.AvailPhys}, {"MEM_V_AVA", m.AvailVirtual}, {"MEM_P_AVA", m.AvailPageFile}};
+        for (const auto& [name, value] : columns) {
+            b.name(name);
+            b.value(value);
+        }
     }
-    if (flags.logBattery)
-        b.addInt(QStringLiteral("BATTERY"), in.battery);
+    if (flags.logBattery) {
+        b.name("BATTERY");
+        b.value(double(in.battery));
+    }
     if (flags.logCPU) {
-        for (size_t i = 0; i < in.cpu.size(); ++i)
-            b.addInt(QStringLiteral("CPU") + QString::number(i), in.cpu[i]);
+        for (size_t i = 0; i < in.cpu.size(); ++i) {
+            b.name("CPU", qint64(i));
+            b.value(double(in.cpu[i]));
+        }
     }
     if (flags.logWifi) {
         // An empty table simply gives no columns.
-        for (const WifiLogRow& w : in.wifi)
-            b.add(QStringLiteral("WIFI_") + withoutBlanksAndCommas(w.SSID), w.Signal);
+        for (const WifiLogRow& w : in.wifi) {
+            b.name("WIFI_", withoutBlanksAndCommas(w.SSID));
+            b.value(w.Signal);
+        }
     }
     // A flag without a drive row behind it (the table shrank) writes nothing.
     const size_t drives = std::min(flags.logDrives.size(), in.drives.size());
@@ -73,12 +102,17 @@ void addGroups(const LogFlags& flags, const LogInputs& in, LineBuilder& b)
         if (!flags.logDrives[i])
             continue;
         const DriveLogRow& d = in.drives[i];
-        b.add(QStringLiteral("DISK_FREE_") + d.Name, d.FreeBytes);
-        b.add(QStringLiteral("DISK_R_") + d.Name, d.ReadDelta);
-        b.add(QStringLiteral("DISK_W_") + d.Name, d.WriteDelta);
+        b.name("DISK_FREE_", d.Name);
+        b.value(d.FreeBytes);
+        b.name("DISK_R_", d.Name);
+        b.value(d.ReadDelta);
+        b.name("DISK_W_", d.Name);
+        b.value(d.WriteDelta);
     }
-    if (flags.logProcesses)
-        b.addInt(QStringLiteral("PROCS"), in.processUpperBound);
+    if (flags.logProcesses) {
+        b.name("PROCS");
+        b.value(double(in.processUpperBound));
+    }
 }
 
 // The Node columns read the Node's own result fields: Bandwidth, ResponseTime,
@@ -87,13 +121,16 @@ void addGroups(const LogFlags& flags, const LogInputs& in, LineBuilder& b)
 void addNodeColumns(const std::vector<Graph>& sensors, const std::vector<double>& processMemory,
                     LineBuilder& b)
 {
-    const QString notDue = QStringLiteral("-");
     for (const Graph& g : sensors) {
         if (g.LogGraph)
             continue;
         const bool due = g.TicksToSample == 0;
-        auto value = [&](double v) { return due ? numberText(v) : notDue; };
-        auto intValue = [&](qint64 v) { return due ? QString::number(v) : notDue; };
+        auto value = [&](double v) {
+            if (due)
+                b.value(v);
+            else
+                b.value("-");
+        };
         for (const Node& n : g.Nodes) {
             if (!n.LogData)
                 continue;
@@ -101,27 +138,37 @@ void addNodeColumns(const std::vector<Graph>& sensors, const std::vector<double>
             case WebsiteType:
                 if (n.WebsiteMaster) {
                     const QString u = logUrlName(n.DownloadURL);
-                    b.add(QStringLiteral("RESULT_") + u, value(n.Bandwidth));
-                    b.add(QStringLiteral("RTIME_") + u, value(n.ResponseTime));
-                    b.add(QStringLiteral("RCONNECTTIME_") + u, value(n.ConnectTime));
-                    b.add(QStringLiteral("RERROR_") + u, value(n.ErrorCount));
+                    b.name("RESULT_", u);
+                    value(n.Bandwidth);
+                    b.name("RTIME_", u);
+                    value(n.ResponseTime);
+                    b.name("RCONNECTTIME_", u);
+                    value(n.ConnectTime);
+                    b.name("RERROR_", u);
+                    value(n.ErrorCount);
                 }
                 break;
             case LanType:
-                b.add(QStringLiteral("RESULT_") + logUrlName(n.DownloadURL), value(n.Bandwidth));
+                b.name("RESULT_", logUrlName(n.DownloadURL));
+                value(n.Bandwidth);
                 break;
             case PingType:
-                b.add(QStringLiteral("PING_SIZE_") + n.PingIP, intValue(n.PingPacketSize));
-                b.add(QStringLiteral("PING_RTT_") + n.PingIP, intValue(n.PingState4));
+                b.name("PING_SIZE_", n.PingIP);
+                value(double(n.PingPacketSize));
+                b.name("PING_RTT_", n.PingIP);
+                value(double(n.PingState4));
                 break;
             case SpeedTestType:
-                b.add(QStringLiteral("RESULTSERVER_DOWNLOAD"), value(n.Bandwidth));
+                b.name("RESULTSERVER_DOWNLOAD");
+                value(n.Bandwidth);
                 break;
             case ProcessType:
                 // A process that ended leaves its index beyond the table: the column
                 // goes, and the changed column set brings a new header block.
-                if (n.ProcessIndex >= 0 && size_t(n.ProcessIndex) < processMemory.size())
-                    b.add(n.ProcessMonitoring, value(processMemory[size_t(n.ProcessIndex)]));
+                if (n.ProcessIndex >= 0 && size_t(n.ProcessIndex) < processMemory.size()) {
+                    b.name("", n.ProcessMonitoring);
+                    value(processMemory[size_t(n.ProcessIndex)]);
+                }
                 break;
             default:
                 break;  // the other types reach the log through their group
@@ -142,22 +189,31 @@ QString logUrlName(const QString& url)
     return withoutBlanksAndCommas(url.toUpper());
 }
 
-LogLine buildLogLine(const LogFlags& flags, const LogInputs& in, const QString& date,
-                     const QString& time, QChar separator)
+void writeLogLine(const LogFlags& flags, const LogInputs& in, std::string_view date, std::string_view time,
+                  char separator, LogLineText& line)
 {
-    LogLine line;
-    line.fields = QStringLiteral("#Fields: DATE");
-    line.values = date;
+    line.fields.assign("#Fields: DATE");
+    line.values.assign(date);
     LineBuilder b(separator, line);
-    b.add(QStringLiteral("TIME"), time);
-    b.add(QStringLiteral("SAMPLE_LENGTH_MILLI_S"), in.SampleLength);
-    b.addInt(QStringLiteral("SYS_TMR"), in.SysTmr);
+    b.name("TIME");
+    b.value(time);
+    b.name("SAMPLE_LENGTH_MILLI_S");
+    b.value(in.SampleLength);
+    b.name("SYS_TMR");
+    b.value(double(in.SysTmr));
 
     addGroups(flags, in, b);
 
     if (in.sensors && (flags.logProcess || flags.logPing || flags.logWebsite || flags.logTestDownload))
         addNodeColumns(*in.sensors, in.processMemory, b);
-    return line;
+}
+
+LogLine buildLogLine(const LogFlags& flags, const LogInputs& in, const QString& date,
+                     const QString& time, QChar separator)
+{
+    LogLineText text;
+    writeLogLine(flags, in, date.toStdString(), time.toStdString(), char(separator.toLatin1()), text);
+    return {QString::fromStdString(text.fields), QString::fromStdString(text.values)};
 }
 
 }  // namespace orm

@@ -4,6 +4,8 @@
 
 #include <QString>
 #include <QtGlobal>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/model.h"
@@ -54,6 +56,12 @@ struct LogLine {
     QString values;  // the values in the same order, the first without a separator
 };
 
+// The same line as the bytes that go into the file.
+struct LogLineText {
+    std::string fields;
+    std::string values;
+};
+
 // "," for LogType 0, one blank for anything else.
 QChar logSeparator(qint32 logType);
 
@@ -64,5 +72,8 @@ QString logUrlName(const QString& url);
 // are the texts of the DATE and TIME columns, read by the caller.
 LogLine buildLogLine(const LogFlags& flags, const LogInputs& in, const QString& date,
                      const QString& time, QChar separator);
+// The same into `line`, whose strings keep their room from one tick to the next.
+void writeLogLine(const LogFlags& flags, const LogInputs& in, std::string_view date, std::string_view time,
+                  char separator, LogLineText& line);
 
 }  // namespace orm

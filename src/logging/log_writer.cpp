@@ -8,21 +8,44 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace orm {
 
 namespace {
 
-const QString Crlf = QStringLiteral("\r\n");
+const char Crlf[] = "\r\n";
 
-QString headerBlock(const QDateTime& now, const QString& fields)
+void appendHeaderBlock(std::string& out, const LocalTime& now, const std::string& fields)
 {
-    return QStringLiteral("#Software: ") + QLatin1String(CompanyName) + QStringLiteral(" - ") +
-           QLatin1String(ProductName) + Crlf + QStringLiteral("#Version: ") +
-           QStringLiteral(ORMIVANE_VERSION) + Crlf + QStringLiteral("#Date: ") +
-           now.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) + Crlf + fields + Crlf;
+    char date[16], time[16];
+    const int dateLength = dateText(now, date);
+    const int timeLength = timeText(now, time);
+    out += "#Software: ";
+    out += CompanyName;
+    out += " - ";
+    out += ProductName;
+    out += Crlf;
+    out += "#Version: " ORMIVANE_VERSION;
+    out += Crlf;
+    out += "#Date: ";
+    out.append(date, size_t(dateLength));
+    out += ' ';
+    out.append(time, size_t(timeLength));
+    out += Crlf;
+    out += fields;
+    out += Crlf;
+}
+
+QString systemError(int number)
+{
+    return QString::fromLocal8Bit(std::strerror(number));
 }
 
 }  // namespace
@@ -61,57 +84,82 @@ bool LogWriter::ensureFolder()
     return true;
 }
 
-// Opens, writes the text in one call, closes: nothing stays open between ticks,
-// so that a reader may copy the file at any moment.
-bool LogWriter::writeText(const QString& path, const QString& text, bool overwrite)
+int LogWriter::openDayFile(const QString& path, bool& made)
 {
-    QFile f(path);
-    const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered |
-                                     (overwrite ? QIODevice::Truncate : QIODevice::Append);
-    if (!f.open(mode)) {
-        error_ = QStringLiteral("Cannot open the log file %1: %2").arg(path, f.errorString());
-        return false;
+    made = false;
+    int fd = ::open(nativePath_.constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    if (fd >= 0)
+        return fd;
+    // Not there: the folder may be missing too, on any tick.
+    if (!ensureFolder())
+        return -1;
+    fd = ::open(nativePath_.constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    if (fd < 0 && errno == ENOENT) {
+        fd = ::open(nativePath_.constData(), O_WRONLY | O_APPEND | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+        made = fd >= 0;
     }
-    const QByteArray bytes = text.toLocal8Bit();
-    if (f.write(bytes) != bytes.size() || !f.flush()) {
-        error_ = QStringLiteral("Cannot write the log file %1: %2").arg(path, f.errorString());
-        return false;
-    }
-    f.close();
-    if (f.error() != QFileDevice::NoError) {
-        error_ = QStringLiteral("Cannot write the log file %1: %2").arg(path, f.errorString());
-        return false;
-    }
-    return true;
+    if (fd < 0)
+        error_ = QStringLiteral("Cannot open the log file %1: %2").arg(path, systemError(errno));
+    return fd;
 }
 
 bool LogWriter::LogData(const LogFlags& flags, const LogInputs& in)
 {
     debugLog().enter(QStringLiteral("LogData"));
-    error_.clear();
-    // On a failure the trace ends at "LogData 1.0": the program stops there.
-    if (!ensureFolder())
-        return false;
+    if (!error_.isEmpty())
+        error_.clear();
 
     // Date, time and file name are three readings of the clock, so a line
     // written at the stroke of midnight may carry a date other than its file's.
-    const QString date = clock_.now().toString(QStringLiteral("yyyy-MM-dd"));
-    const QString time = clock_.now().toString(QStringLiteral("HH:mm:ss"));
-    const LogLine line = buildLogLine(flags, in, date, time, logSeparator(logType_));
+    char date[16], time[16];
+    const int dateLength = dateText(clock_.localTime(), date);
+    const int timeLength = timeText(clock_.localTime(), time);
+    writeLogLine(flags, in, std::string_view(date, size_t(dateLength)), std::string_view(time, size_t(timeLength)),
+                 char(logSeparator(logType_).toLatin1()), line_);
 
-    const QString path = fileName(clock_.now().date());
-    if (!QFileInfo::exists(path)) {
-        if (!writeText(path, headerBlock(clock_.now(), line.fields), true))
-            return false;
-    } else if (line.fields != LastLogFields) {
-        // Also on the first call of a run, so a restart shows in the file.
-        if (!writeText(path, headerBlock(clock_.now(), line.fields), false))
-            return false;
+    const QDate day = clock_.localTime().date();
+    if (day != pathDay_) {
+        pathDay_ = day;
+        path_ = fileName(day);
+        nativePath_ = QFile::encodeName(path_);
     }
-    LastLogFields = line.fields;
-
-    if (!writeText(path, line.values + Crlf, false))
+    // On a failure the trace ends at "LogData 1.0": the program stops there.
+    bool made = false;
+    const int fd = openDayFile(path_, made);
+    if (fd < 0)
         return false;
+
+    // A new file starts with the header block; so does a changed column set,
+    // and the first line of a run, so that a restart shows in the file.
+    output_.clear();
+    if (made || line_.fields != lastFields_) {
+        appendHeaderBlock(output_, clock_.localTime(), line_.fields);
+        if (line_.fields != lastFields_) {
+            lastFields_ = line_.fields;
+            LastLogFields = QString::fromStdString(lastFields_);
+        }
+    }
+    output_ += line_.values;
+    output_ += Crlf;
+
+    // One write, and the file is closed again: nothing stays open between
+    // ticks, so that a reader may copy the file at any moment.
+    size_t done = 0;
+    while (done < output_.size()) {
+        const ssize_t n = ::write(fd, output_.data() + done, output_.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            error_ = QStringLiteral("Cannot write the log file %1: %2").arg(path_, systemError(n < 0 ? errno : ENOSPC));
+            ::close(fd);
+            return false;
+        }
+        done += size_t(n);
+    }
+    if (::close(fd) != 0) {
+        error_ = QStringLiteral("Cannot write the log file %1: %2").arg(path_, systemError(errno));
+        return false;
+    }
     debugLog().leave(QStringLiteral("LogData"));
     return true;
 }

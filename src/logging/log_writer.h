@@ -33,12 +33,22 @@ public:
 
 private:
     bool ensureFolder();
-    bool writeText(const QString& path, const QString& text, bool overwrite);
+    // Opens the day's file for appending; a file that is not there yet is
+    // made (and `made` set). -1 with error_ set when it can't be.
+    int openDayFile(const QString& path, bool& made);
 
     QString dataDir_;
     const Clock& clock_;
     qint32 logType_;
     QString error_;
+    // Kept from one tick to the next: the line's text, the last column set as
+    // written, and the day's file name.
+    LogLineText line_;
+    std::string lastFields_;
+    std::string output_;
+    QDate pathDay_;
+    QString path_;
+    QByteArray nativePath_;
 };
 
 }  // namespace orm

@@ -16,4 +16,71 @@ qint32 SystemClock::tickCount() const { return clockMs(CLOCK_MONOTONIC); }
 qint32 SystemClock::uptimeTickCount() const { return clockMs(CLOCK_BOOTTIME); }
 QDateTime SystemClock::now() const { return QDateTime::currentDateTime(); }
 
+LocalTime SystemClock::localTime() const
+{
+    timespec ts{};
+    clock_gettime(CLOCK_REALTIME, &ts);
+    const qint64 minute = qint64(ts.tv_sec) / 60;
+    if (minute != zoneMinute_) {
+        tzset();
+        zoneMinute_ = minute;
+    }
+    const time_t seconds = ts.tv_sec;
+    tm parts{};
+    localtime_r(&seconds, &parts);
+    return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec};
+}
+
+LocalTime LocalTime::of(const QDateTime& t)
+{
+    const QDate d = t.date();
+    const QTime c = t.time();
+    return {d.year(), d.month(), d.day(), c.hour(), c.minute(), c.second()};
+}
+
+namespace {
+
+// Two digits, or four for a year; `out` moves on past them.
+void digits(char*& out, int value, int width)
+{
+    for (int i = width - 1; i >= 0; --i) {
+        out[i] = char('0' + value % 10);
+        value /= 10;
+    }
+    out += width;
+}
+
+}  // namespace
+
+int dateText(const LocalTime& t, char* out)
+{
+    char* p = out;
+    digits(p, t.year, 4);
+    *p++ = '-';
+    digits(p, t.month, 2);
+    *p++ = '-';
+    digits(p, t.day, 2);
+    return int(p - out);
+}
+
+int timeText(const LocalTime& t, char* out)
+{
+    char* p = out;
+    digits(p, t.hour, 2);
+    *p++ = ':';
+    digits(p, t.minute, 2);
+    *p++ = ':';
+    digits(p, t.second, 2);
+    return int(p - out);
+}
+
+int compactDateText(const LocalTime& t, char* out)
+{
+    char* p = out;
+    digits(p, t.year, 4);
+    digits(p, t.month, 2);
+    digits(p, t.day, 2);
+    return int(p - out);
+}
+
 }  // namespace orm

@@ -7,6 +7,19 @@
 
 namespace orm {
 
+// The local wall-clock time in the fields that the log and the graphs write.
+struct LocalTime {
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    QDate date() const { return QDate(year, month, day); }
+    static LocalTime of(const QDateTime& t);
+};
+
+// "yyyy-MM-dd", "HH:mm:ss", "yyyyMMdd" into `out`, which holds at least 11
+// characters; the length written, without a NUL.
+int dateText(const LocalTime& t, char* out);
+int timeText(const LocalTime& t, char* out);
+int compactDateText(const LocalTime& t, char* out);
+
 class Clock {
 public:
     virtual ~Clock() = default;
@@ -17,13 +30,22 @@ public:
     virtual qint32 uptimeTickCount() const = 0;
     // The local wall-clock time.
     virtual QDateTime now() const = 0;
+    // The same, broken into its fields; what each tick reads.
+    virtual LocalTime localTime() const { return LocalTime::of(now()); }
 };
 
+// The local time comes from the C library's own conversion. The zone file is
+// looked at again only when the minute changes, so that a change of zone is
+// seen within a minute and a tick reads no file for it.
 class SystemClock final : public Clock {
 public:
     qint32 tickCount() const override;
     qint32 uptimeTickCount() const override;
     QDateTime now() const override;
+    LocalTime localTime() const override;
+
+private:
+    mutable qint64 zoneMinute_ = -1;
 };
 
 // A clock that stands still until told to move.

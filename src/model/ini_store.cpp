@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 namespace orm {
 
 namespace {
@@ -48,7 +50,8 @@ constexpr QFileDevice::Permissions OthersBits = QFileDevice::ReadGroup | QFileDe
 
 }  // namespace
 
-IniStore::IniStore(const QString& file) : file_(QFileInfo(file).absoluteFilePath())
+IniStore::IniStore(const QString& file)
+    : file_(QFileInfo(file).absoluteFilePath()), nativeFile_(QFile::encodeName(file_))
 {
     removeLeftovers(file_);
     settings_ = std::make_unique<QSettings>(file_, QSettings::IniFormat);
@@ -62,6 +65,7 @@ IniStore::IniStore(const QString& file) : file_(QFileInfo(file).absoluteFilePath
             error_ = QStringLiteral("The settings file %1 could not be read whole, and no copy of it could be made.")
                          .arg(file_);
     }
+    seen_ = stampNow();
 }
 
 QString IniStore::readValue(const QString& path, const QString& name, const QString& def) const
@@ -189,13 +193,26 @@ bool IniStore::sync()
     restrictMode();
     if (!ok && !prepared)
         error_ = prepareError;  // the cause, not its consequence
+    seen_ = stampNow();
     return ok;
+}
+
+IniStore::Stamp IniStore::stampNow() const
+{
+    struct stat st {};
+    if (::stat(nativeFile_.constData(), &st) != 0)
+        return {};
+    return {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size), quint64(st.st_ino)};
 }
 
 void IniStore::reload()
 {
+    const Stamp now = stampNow();
+    if (now == seen_)
+        return;
     settings_->sync();
     checkStatus();
+    seen_ = stampNow();
 }
 
 }  // namespace orm

@@ -23,8 +23,9 @@ public:
     // Writes the file through a temporary file and a rename, owner-only (it
     // holds the mail password); also takes in what others wrote meanwhile.
     bool sync() override;
-    // The same as sync(): writes what is pending and re-reads the file when it
-    // changed on disk.
+    // Re-reads the file, and writes what is pending, when the file's time,
+    // size or identity on disk changed since the store last looked; else
+    // nothing, not even a read.
     void reload() override;
     QString lastError() const override { return error_; }
     QString keptAside() const override { return keptAside_; }
@@ -35,8 +36,17 @@ private:
     bool prepareFile();
     void restrictMode();
     bool checkStatus();
+    // What the file on disk looks like: modification time in ns, size, inode; zeros when it is missing.
+    struct Stamp {
+        qint64 modified = 0, size = 0;
+        quint64 inode = 0;
+        bool operator==(const Stamp&) const = default;
+    };
+    Stamp stampNow() const;
 
     QString file_;
+    QByteArray nativeFile_;
+    Stamp seen_;
     std::unique_ptr<QSettings> settings_;
     QString error_;
     QString keptAside_;

@@ -8,18 +8,30 @@
 
 namespace orm {
 
-QString numberText(double value)
+int numberTextTo(double value, char* out)
 {
-    if (std::isnan(value) || std::isinf(value))
-        return QStringLiteral("0");
-    if (value == 0)
-        return QStringLiteral("0");  // also folds -0
-    char buf[40];
+    if (std::isnan(value) || std::isinf(value) || value == 0) {
+        out[0] = '0';  // also folds -0
+        return 1;
+    }
+    // Whole numbers below 1E+15, which are most of what is logged, are every
+    // digit and no point.
+    if (std::fabs(value) < 1e15 && value == std::trunc(value))
+        return int(std::to_chars(out, out + NumberTextSize, qint64(value)).ptr - out);
     // The general form switches to the exponent exactly where the runtime's
     // shortest form does: below 1E-04 and from 1E+15 on. to_chars, unlike
     // printf, never takes the decimal separator from the C locale.
-    const auto end = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::general, 15).ptr;
-    return QString::fromLatin1(buf, end - buf).toUpper();
+    char* end = std::to_chars(out, out + NumberTextSize, value, std::chars_format::general, 15).ptr;
+    for (char* c = out; c < end; ++c)
+        if (*c == 'e')
+            *c = 'E';
+    return int(end - out);
+}
+
+QString numberText(double value)
+{
+    char buf[NumberTextSize];
+    return QString::fromLatin1(buf, numberTextTo(value, buf));
 }
 
 QString screenNumberText(double value)

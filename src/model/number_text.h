@@ -11,6 +11,10 @@ namespace orm {
 // with ".", whatever the desktop's locale: the settings file, the log and the
 // gadget files are read back on other machines and split at ",".
 QString numberText(double value);
+// The same text into `out`, which holds at least NumberTextSize characters;
+// the length written, without a NUL.
+inline constexpr int NumberTextSize = 32;
+int numberTextTo(double value, char* out);
 // The same number as the screen shows it: with the locale's decimal separator.
 QString screenNumberText(double value);
 // A number the user typed on screen: the locale's separator or ".".

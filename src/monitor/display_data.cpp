@@ -176,6 +176,7 @@ void Monitor::DisplayData()
 {
     debugLog().enter(QStringLiteral("DisplayData"));
     QString gadgetText;
+    QString clockText;  // the time of day, read once a tick when a Graph is due
     bool gadgetDue = false;
     std::vector<double> values;
 
@@ -215,7 +216,10 @@ void Monitor::DisplayData()
                 gadgetText += gadgetUpdateLine(g.Nodes[j], values[j]);
             continue;
         }
-        const QString clockText = clock_.now().toString(QStringLiteral("HH:mm:ss"));
+        if (clockText.isEmpty()) {
+            char text[16];
+            clockText = QString::fromLatin1(text, timeText(clock_.localTime(), text));
+        }
         if (i < GraphForms.size() && GraphForms[i])
             GraphForms[i]->WriteGraph(values, clockText, 60, 5);
     }

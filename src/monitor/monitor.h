@@ -155,6 +155,7 @@ private:
     InstanceLock instanceLock_;
     QString startError_;
     qint32 tickUptime_ = 0;  // up-time clock at this tick's start (SYS_TMR, uptime Node)
+    LogInputs logInputs_;    // what the log line is made of, refilled each tick
     bool unloaded_ = false;
     quint64 linkedProcessGeneration_ = 0;  // the process table's rebuild the Nodes were linked to
 };

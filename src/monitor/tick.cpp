@@ -210,37 +210,40 @@ QString Monitor::retrievalToolTip() const
 
 void Monitor::logData(const LogFlags& flags)
 {
-    LogInputs in;
+    // Filled anew each tick; the lists keep their room.
+    LogInputs& in = logInputs_;
     in.SampleLength = TickLength;
     in.SysTmr = tickUptime_;
     in.sensors = &Sensors;
+    in.memory = {};
     if (flags.logMemory) {
         const MemoryFigures& m = sources_.memory->figures;
         in.memory = {m.MemTotalPhys, m.MemTotalVirtual, m.MemTotalPageFile,
                      m.MemAvailPhys, m.MemAvailVirtual, m.MemAvailPageFile};
     }
+    in.adapters.clear();
     if (flags.logAdapters) {
-        in.adapters.reserve(sources_.adapters->AdapterTable.size());
         for (const AdapterRecord& a : sources_.adapters->AdapterTable)
             in.adapters.push_back({a.InDelta, a.OutDelta, a.InErrors, a.OutErrors});
     }
-    if (flags.logBattery)
-        in.battery = sources_.battery->BatteryLifePercent();
+    in.battery = flags.logBattery ? sources_.battery->BatteryLifePercent() : qint16(0);
+    in.cpu.clear();
     if (flags.logCPU)
-        in.cpu = sources_.cpu->CpuUsageValues;
+        in.cpu.assign(sources_.cpu->CpuUsageValues.begin(), sources_.cpu->CpuUsageValues.end());
+    in.wifi.clear();
     if (flags.logWifi) {
         for (const WifiRow& w : sources_.wifi->WifiNetworks())
             in.wifi.push_back({w.SSID, double(w.Signal)});
     }
-    if (flags.logProcesses)
-        in.processUpperBound = sources_.processes->upperBound();
+    in.processUpperBound = flags.logProcesses ? sources_.processes->upperBound() : -1;
+    in.processMemory.clear();
     if (flags.logProcess) {
         linkProcessNodes();  // a Node unlinked has no column: never another process's figure
         const auto& memory = sources_.processes->ProcessMemory();
         in.processMemory.assign(memory.begin(), memory.end());
     }
     const auto& table = sources_.drives->DriveTable;
-    in.drives.resize(flags.logDrives.size());
+    in.drives.assign(flags.logDrives.size(), DriveLogRow{});
     for (size_t d = 0; d < flags.logDrives.size() && d < table.size(); ++d) {
         if (flags.logDrives[d])
             in.drives[d] = {table[d].Name, table[d].FreeBytes, table[d].ReadDelta, table[d].WriteDelta};

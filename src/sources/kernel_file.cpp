@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include <fcntl.h>
@@ -27,7 +28,7 @@ KernelFile::~KernelFile() { close(); }
 
 KernelFile::KernelFile(KernelFile&& other) noexcept
     : path_(std::move(other.path_)), fd_(std::exchange(other.fd_, -1)), keepOpen_(other.keepOpen_),
-      sysfs_(other.sysfs_), buffer_(std::move(other.buffer_))
+      sysfs_(other.sysfs_), buffer_(std::move(other.buffer_)), capacity_(std::exchange(other.capacity_, 0))
 {
 }
 
@@ -40,6 +41,7 @@ KernelFile& KernelFile::operator=(KernelFile&& other) noexcept
         keepOpen_ = other.keepOpen_;
         sysfs_ = other.sysfs_;
         buffer_ = std::move(other.buffer_);
+        capacity_ = std::exchange(other.capacity_, 0);
     }
     return *this;
 }
@@ -67,14 +69,14 @@ std::optional<QByteArrayView> KernelFile::read()
 {
     if (fd_ < 0 && !open())
         return std::nullopt;
-    if (buffer_.empty())
-        buffer_.resize(FirstBufferSize);
+    if (!buffer_)
+        grow(FirstBufferSize, 0);
     size_t length = 0;
     for (;;) {
-        if (length == buffer_.size())
-            buffer_.resize(buffer_.size() * 2);
-        const size_t wanted = buffer_.size() - length;
-        const ssize_t n = ::pread(fd_, buffer_.data() + length, wanted, off_t(length));
+        if (length == capacity_)
+            grow(capacity_ * 2, length);
+        const size_t wanted = capacity_ - length;
+        const ssize_t n = ::pread(fd_, buffer_.get() + length, wanted, off_t(length));
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0) {
@@ -92,7 +94,16 @@ std::optional<QByteArrayView> KernelFile::read()
     }
     if (!keepOpen_)
         close();
-    return QByteArrayView(buffer_.data(), qsizetype(length));
+    return QByteArrayView(buffer_.get(), qsizetype(length));
+}
+
+void KernelFile::grow(size_t capacity, size_t keep)
+{
+    std::unique_ptr<char[]> larger(new char[capacity]);
+    if (keep)
+        std::memcpy(larger.get(), buffer_.get(), keep);
+    buffer_ = std::move(larger);
+    capacity_ = capacity;
 }
 
 std::optional<QByteArray> readPlatformFile(const QString& path)

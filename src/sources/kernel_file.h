@@ -8,8 +8,8 @@
 #include <QByteArrayView>
 #include <QString>
 #include <optional>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace orm {
 
@@ -33,12 +33,14 @@ public:
 private:
     bool open();
     void close();
+    void grow(size_t capacity, size_t keep);
 
     std::string path_;
     int fd_ = -1;
     bool keepOpen_ = false;
     bool sysfs_ = false;  // an attribute comes whole in the first read
-    std::vector<char> buffer_;
+    std::unique_ptr<char[]> buffer_;  // grown, never shrunk; not cleared between reads
+    size_t capacity_ = 0;
 };
 
 }  // namespace orm
