@@ -6,13 +6,15 @@
 
 namespace orm {
 
-DisplayedGraph::DisplayedGraph(std::vector<Graph>& sensors, int index, QString commandLine, QString dataDir)
+DisplayedGraph::DisplayedGraph(std::vector<Graph>& sensors, int index, QString commandLine, QString dataDir,
+                               Pictures pictures)
     : GraphPicture(sensors, index, std::move(commandLine)), sensors_(sensors),
-      dataDir_(std::move(dataDir))
+      dataDir_(std::move(dataDir)), pictures_(pictures)
 {
     onBarTick = [this](const std::vector<double>& v) { barTick(v); };
     onTrayTick = [this](const std::vector<double>& v) { trayTick(v); };
     onSetUpNodes = [this](bool clearAllData) { setUpNodeBars(clearAllData); };
+    followWhoSees();
 }
 
 void DisplayedGraph::setUpNodeBars(bool clearAllData)
@@ -30,8 +32,40 @@ void DisplayedGraph::setUpNodeBars(bool clearAllData)
             bars_.bars[size_t(i)].ToolTipText = barNoDataTip(sensors_, index(), i);
 }
 
+void DisplayedGraph::followWhoSees()
+{
+    bool draw = true;
+    if (pictures_ == Pictures::OnRequest)
+        draw = false;
+    else if (pictures_ == Pictures::WhenSeen)
+        draw = shown_ || (valid() && graph().GraphType == SystrayIcon);
+    setDrawing(draw);
+}
+
+void DisplayedGraph::WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds,
+                                int labelEvery)
+{
+    followWhoSees();  // the Graph may have become a tray Graph since the last tick
+    GraphPicture::WriteGraph(values, label, gridSeconds, labelEvery);
+}
+
+void DisplayedGraph::setShown(bool shown)
+{
+    shown_ = shown;
+    followWhoSees();
+}
+
+void DisplayedGraph::makePicture()
+{
+    // Until the next tick looks again at who sees the Graph.
+    setDrawing(true);
+}
+
 void DisplayedGraph::barTick(const std::vector<double>& displayValues)
 {
+    // Bars and tray icons are pictures too: drawn only while the lines are.
+    if (!drawing())
+        return;
     const Graph& g = sensors_[size_t(index())];
     if (bars_.bars.size() != g.Nodes.size())
         setUpBars(bars_, g, maxValue(), true, displayValues);
@@ -40,6 +74,8 @@ void DisplayedGraph::barTick(const std::vector<double>& displayValues)
 
 void DisplayedGraph::trayTick(const std::vector<double>& displayValues)
 {
+    if (!drawing())
+        return;
     // The history strip needs each Node's display value for the stored columns.
     TrayInput input;
     input.displayValues = displayValues;
@@ -68,8 +104,9 @@ QImage DisplayedGraph::windowPicture() const
     return image;
 }
 
-bool DisplayedGraph::saveSnapshot(const QString& folder, int graphNumber) const
+bool DisplayedGraph::saveSnapshot(const QString& folder, int graphNumber)
 {
+    makePicture();
     const int type = sensors_[size_t(index())].GraphType;
     const QString base = folder + QStringLiteral("/Graph%1").arg(graphNumber);
     if (type == LineGraph || type == BarGraph)
@@ -87,7 +124,7 @@ bool DisplayedGraph::saveSnapshot(const QString& folder, int graphNumber) const
 
 std::unique_ptr<GraphView> DisplayedGraphFactory::make(int graphIndex)
 {
-    auto view = std::make_unique<DisplayedGraph>(*sensors_, graphIndex, commandLine_, dataDir_);
+    auto view = std::make_unique<DisplayedGraph>(*sensors_, graphIndex, commandLine_, dataDir_, pictures_);
     view->onStatus = [status = status_](const QString& text) {
         if (*status)
             (*status)(text);
@@ -101,7 +138,7 @@ bool saveSnapshots(const std::vector<std::unique_ptr<GraphView>>& views, const Q
         return false;
     bool ok = true;
     for (size_t i = 0; i < views.size(); ++i)
-        if (const auto* g = dynamic_cast<const DisplayedGraph*>(views[i].get()))
+        if (auto* g = dynamic_cast<DisplayedGraph*>(views[i].get()))
             ok = g->saveSnapshot(folder, int(i) + 1) && ok;
     return ok;
 }

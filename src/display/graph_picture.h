@@ -1,102 +1,29 @@
-// The logic of one graph window without the window: history, scale and the
-// finished picture of one Graph, addressed by its index in Sensors.
+// A graph window's logic with its picture: the history of GraphHistory and
+// the line painter's images, which follow it while drawing is on.
 #pragma once
 
-#include "model/graph_view.h"
-#include "model/model.h"
+#include "display/graph_history.h"
 #include "display/line_painter.h"
-#include "display/node_history.h"
 
 #include <QImage>
-#include <QString>
-#include <functional>
-#include <vector>
 
 namespace orm {
 
-class GraphPicture : public GraphView {
+class GraphPicture : public GraphHistory {
 public:
-    static constexpr int MinWidth = 180;
-    static constexpr int MinHeight = 100;
-    // The largest window a screen holds (8K); a stored size beyond it is cut
-    // down, so that a hand-edited size never asks for gigabytes of picture.
-    static constexpr int MaxWidth = 7680;
-    static constexpr int MaxHeight = 4320;
-
+    // Draws from the start, one column a tick.
     GraphPicture(std::vector<Graph>& sensors, int index, QString commandLine = {});
 
-    void WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds,
-                    int labelEvery) override;
-    // The full form: a rebuild draws blind, reads stored columns instead of
-    // storing, and names the column it reads.
-    void WriteGraph(const std::vector<double>& values, const QString& label, int gridSeconds, int labelEvery,
-                    bool blindDraw, bool saveStackData, int useThisIndex);
-    double GetNodeValue(int node, int samplesBack) const override;
-    void OpenGraph() override { OpenGraph(1); }
-    void OpenGraph(int step);
-    // The grip let go at this size: the frame follows, the history is levelled
-    // to the new width, and the plot is rebuilt from it.
-    void resizeWindow(int width, int height);
+    // Drawing off keeps the history and lets the images be; on again rebuilds
+    // the picture from the history (InitDraw, RedrawGraph) and draws each tick.
+    void setDrawing(bool on);
+    bool drawing() const { return painter() != nullptr; }
 
     const QImage& picture() const { return painter_.picture(); }
-    const PlotGeometry& geometry() const { return painter_.geometry(); }
-    int windowWidth() const { return clientWidth_; }
-    int windowHeight() const { return clientHeight_; }
-
-    double GetAvg(int nodeFrom1, int useThisIndex, double useThisValue, bool onlyCurrent, bool round,
-                  bool pingTranslation) const;
-    void SetMax(double& maxValue, bool autoRanging, double realValue);
-    void SetUpNodes(bool clearAllData) override;
-    void InitDraw() override;
-    int plotWidth() const override { return geometry().pWidth; }
-    void deferPicture(bool deferred) override;
-    void RedrawGraph();
-    void ResizeGraph(double xPercent, double yPercent);
-    // Wipes the picture, keeps the history.
-    void Clear() { InitDraw(); }
-
-    double maxValue() const { return maxValue_; }
-    int index() const { return index_; }
-    // The Graph moved to another place in Sensors (a Graph before it was deleted).
-    void setIndex(int index) { index_ = index; }
-    // Node `node` (from 0) was deleted: its samples go, later Nodes' move down.
-    void removeNode(int node) { history_.removeNode(node); }
-    NodeHistory& history() { return history_; }
-    const NodeHistory& history() const { return history_; }
     double ticks() const { return painter_.ticks(); }
 
-    // Bar Graphs and Systray Icons store and auto-range like a Line Graph, then
-    // hand over this tick's display values, one per Node.
-    std::function<void(const std::vector<double>& displayValues)> onBarTick, onTrayTick;
-    // SetUpNodes rebuilt what exists per Node: the bars follow.
-    std::function<void(bool clearAllData)> onSetUpNodes;
-    // The control panel's status line: what a long opening or redraw is doing,
-    // and "" when it is done.
-    std::function<void(const QString& text)> onStatus;
-
 private:
-    bool valid() const { return index_ >= 0 && size_t(index_) < sensors_.size(); }
-    Graph& graph() { return sensors_[size_t(index_)]; }
-    const Graph& graph() const { return sensors_[size_t(index_)]; }
-    void sizeFromRecord();
-    void setOldY(qint32 y);
-    void status(const QString& text);
-
-    std::vector<Graph>& sensors_;
-    int index_;
-    bool debugMode_;
-    NodeHistory history_;
     LinePainter painter_;
-    double maxValue_ = 0;  // m_MaxValue
-    bool autoRange_ = false;
-    bool opening_ = false;
-    bool painting_ = false;
-    bool cancelRedraw_ = false;
-    bool deferred_ = false;
-    int clientWidth_ = 0;
-    int clientHeight_ = 0;
-    std::vector<double> redrawValues_;
-    std::vector<double> displayValues_;
 };
 
 }  // namespace orm

@@ -15,15 +15,6 @@ namespace orm {
 
 namespace {
 
-int roundEven(double v)
-{
-    if (!(v > double(INT_MIN)))
-        return INT_MIN;
-    if (!(v < double(INT_MAX)))
-        return INT_MAX;
-    return int(std::nearbyint(v));
-}
-
 QPen gridPen(qint32 colour, Qt::PenStyle style)
 {
     QPen pen(fromBgr(colour));
@@ -58,33 +49,6 @@ void drawClipped(QPainter& p, double x1, double y1, double x2, double y2, double
 
 }  // namespace
 
-PlotGeometry PlotGeometry::fromClient(int clientWidth, int clientHeight)
-{
-    PlotGeometry g;
-    g.pWidth = clientWidth - 78;
-    g.pHeight = clientHeight - 63;
-    g.GridStep = g.pHeight / 4;
-    g.HalfGridStep = g.GridStep / 2;
-    g.gWidth = g.pWidth + 78;
-    g.gHeight = g.pHeight + 63;
-    return g;
-}
-
-qint32 lineY(double v, int pHeight, double maxValue)
-{
-    const double base = pHeight + 35;
-    if (v < 0 || std::isnan(v))
-        return qint32(base);
-    if (maxValue == 0)
-        maxValue = 0.1;
-    double y = base - (pHeight / maxValue) * v;
-    if (std::isnan(y))
-        return qint32(base);
-    if (y < -100000000)
-        y = -100000000;
-    return roundEven(y);
-}
-
 QFont labelFont()
 {
     // A 14 pixel cell is an 11 pixel em.
@@ -93,11 +57,6 @@ QFont labelFont()
     font.setPixelSize(11);
     font.setWeight(QFont::Normal);
     return font;
-}
-
-void LinePainter::InitGSizeVars(int clientWidth, int clientHeight)
-{
-    geo_ = PlotGeometry::fromClient(clientWidth, clientHeight);
 }
 
 void LinePainter::blank(const Graph& graph)

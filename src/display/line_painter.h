@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/model.h"
+#include "display/graph_history.h"
 
 #include <QFont>
 #include <QImage>
@@ -12,50 +13,33 @@
 
 namespace orm {
 
-// InitGSizeVars: the plot geometry from the window's client size in pixels.
-struct PlotGeometry {
-    static constexpr int PlotLeft = 55;
-    static constexpr int PlotTop = 35;
-    int pWidth = 0;
-    int pHeight = 0;
-    int GridStep = 0;
-    int HalfGridStep = 0;
-    int gWidth = 0;
-    int gHeight = 0;
-    int baseLine() const { return pHeight + 35; }
-    static PlotGeometry fromClient(int clientWidth, int clientHeight);
-};
-
-// The Y pixel of display value v on a scale topping out at maxValue.
-qint32 lineY(double v, int pHeight, double maxValue);
-
 // "MS Sans Serif", 14 high and 5 wide, as the desktop's sans-serif offers it.
 QFont labelFont();
 
-class LinePainter {
+class LinePainter final : public PlotPainter {
 public:
-    void InitGSizeVars(int clientWidth, int clientHeight);
+    void setGeometry(const PlotGeometry& geometry) override { geo_ = geometry; }
     const PlotGeometry& geometry() const { return geo_; }
     bool ready() const { return !data_.isNull(); }
 
     // The window picture before anything is drawn: the back colour alone.
-    void blank(const Graph& graph);
+    void blank(const Graph& graph) override;
     // Images, grid and frame, labels; the plot is empty afterwards.
-    void InitDraw(const Graph& graph, double maxValue);
+    void InitDraw(const Graph& graph, double maxValue) override;
     // One pen a Node (SetUpNodes).
-    void setNodePens(const Graph& graph);
+    void setNodePens(const Graph& graph) override;
 
     // A frame, in the order WriteGraph needs them.
-    void scroll();
-    void gridColumn(int legendSpacing, int smallTicks);
-    void drawSegment(int node, qint32 fromY, qint32 toY, int lineType);
-    void advanceLabel(const QString& label, int legendSpacing, const Graph& graph);
-    void compose(const Graph& graph);
+    void scroll() override;
+    void gridColumn(int legendSpacing, int smallTicks) override;
+    void drawSegment(int node, qint32 fromY, qint32 toY, int lineType) override;
+    void advanceLabel(const QString& label, int legendSpacing, const Graph& graph) override;
+    void compose(const Graph& graph) override;
 
     // SetMax's share: the left margin blanked and the labels written again.
-    void repaintScale(const Graph& graph, double maxValue);
+    void repaintScale(const Graph& graph, double maxValue) override;
     // ResizeGraph's share: stretch the painted data, bottom right anchored.
-    void stretchData(double xPercent, double yPercent, const Graph& graph);
+    void stretchData(double xPercent, double yPercent, const Graph& graph) override;
 
     const QImage& picture() const { return graphImage_; }
     double ticks() const { return ticks_; }

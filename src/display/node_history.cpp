@@ -28,6 +28,19 @@ void NodeHistory::fitNodes(int nodeCount)
     }
 }
 
+double SampleList::largest() const
+{
+    if (!largestKnown_) {
+        largest_ = -std::numeric_limits<double>::infinity();
+        const double* items = data();
+        for (int i = 0; i < count(); ++i)
+            if (items[i] > largest_)
+                largest_ = items[i];
+        largestKnown_ = true;
+    }
+    return largest_;
+}
+
 SampleList& NodeHistory::samples(int k)
 {
     if (k < 1)

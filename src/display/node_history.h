@@ -5,6 +5,7 @@
 #include <QString>
 #include <QtGlobal>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 namespace orm {
@@ -59,7 +60,42 @@ private:
     size_t head_ = 0;
 };
 
-using SampleList = ColumnList<double>;
+// A Node's samples, which also know their largest, so that the auto range
+// need not walk every column on every tick. NaN is never the largest.
+class SampleList : public ColumnList<double> {
+public:
+    void append(double value)
+    {
+        ColumnList::append(value);
+        if (largestKnown_ && value > largest_)
+            largest_ = value;
+    }
+    void removeFirst()
+    {
+        // Only losing the largest itself means looking again.
+        if (!empty() && largestKnown_ && at(1) == largest_)
+            largestKnown_ = false;
+        ColumnList::removeFirst();
+    }
+    void prepend(int times, double filler)
+    {
+        ColumnList::prepend(times, filler);
+        if (times > 0 && largestKnown_ && filler > largest_)
+            largest_ = filler;
+    }
+    void clear()
+    {
+        ColumnList::clear();
+        largestKnown_ = false;
+    }
+    // The largest sample; minus infinity for an empty list or one of NaNs.
+    double largest() const;
+
+private:
+    mutable double largest_ = 0;
+    mutable bool largestKnown_ = false;
+};
+
 using LabelList = ColumnList<QString>;
 
 class NodeHistory {

@@ -139,10 +139,19 @@ double autoRangeMaximum(const Graph& graph, const NodeHistory& history, const st
     for (int i = 0; i < nodes; ++i) {
         const Node& node = graph.Nodes[size_t(i)];
         const SampleList& list = history.samples(i + 1);
-        const int count = list.count();
-        for (int column = 1; column <= count; ++column)
-            big = std::max(big, GetAvg(unit, node, list, column, 0, true, false, true));
-        big = std::max(big, GetAvg(unit, node, list, -1, values[size_t(i)], true, false, true));
+        const double incoming = values[size_t(i)];
+        if (node.NodeType == PingType && node.PingTranslate) {
+            // A round trip becomes a speed: the shortest one gives the most.
+            const int count = list.count();
+            for (int column = 1; column <= count; ++column)
+                big = std::max(big, GetAvg(unit, node, list, column, 0, true, false, true));
+            big = std::max(big, GetAvg(unit, node, list, -1, incoming, true, false, true));
+            continue;
+        }
+        // Otherwise the current value never falls as the sample rises, so the
+        // largest sample gives the largest value, read as the column after the last.
+        const double largest = incoming > list.largest() ? incoming : list.largest();
+        big = std::max(big, GetAvg(unit, node, list, -1, largest, true, false, true));
     }
     realValue = big;
     big = roundTenth(big);

@@ -274,6 +274,20 @@ void GraphWindow::crossHairMove(int x, int y)
     update();
 }
 
+void GraphWindow::showEvent(QShowEvent* event)
+{
+    if (picture_)
+        picture_->setShown(true);
+    QWidget::showEvent(event);
+}
+
+void GraphWindow::hideEvent(QHideEvent* event)
+{
+    if (picture_)
+        picture_->setShown(false);
+    QWidget::hideEvent(event);
+}
+
 void GraphWindow::paintEvent(QPaintEvent*)
 {
     QPainter p(this);

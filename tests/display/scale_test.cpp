@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 using namespace orm;
 
 namespace {
@@ -83,4 +85,46 @@ TEST(Scale, AutoRangeMaximumScansHistoryAndIncoming)
     h.reset(2);
     EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {-1, 0.3}, real), 1);  // below 1 gives 1
     EXPECT_EQ(scaleLabelText(1, 1), "0.25");
+}
+
+// The auto range reads the largest sample instead of every column; over a
+// window that slides past its peaks, with gaps, NaN and the units that scale,
+// it must give what reading each column as it stands gives.
+TEST(Scale, AutoRangeMaximumFollowsTheWindowAsItSlides)
+{
+    const char* types[] = {"bps", "bytes", "seconds", "percent", "odd"};
+    for (const char* type : types) {
+        Graph g = graphOf(type, 3);
+        g.Nodes.resize(2);
+        g.Nodes[1].NodeType = PingType;
+        g.Nodes[1].PingTranslate = true;  // the speed falls as the round trip grows
+        NodeHistory h;
+        h.reset(2);
+        unsigned seed = 7;
+        for (int t = 0; t < 400; ++t) {
+            seed = seed * 1103515245u + 12345u;
+            double v = double((seed >> 8) % 5000) - 500;  // gaps (-1 and below) among the samples
+            if (t % 97 == 0)
+                v = 90000;  // a peak that later slides out of the window
+            if (t % 131 == 0)
+                v = std::nan("");
+            const std::vector<double> incoming{v, v / 10};
+            double real = 0;
+            const double got = autoRangeMaximum(g, h, incoming, real);
+            double big = 0;
+            for (int k = 1; k <= 2; ++k) {
+                const UnitFactors unit = unitFactors(g);
+                const SampleList& list = h.samples(k);
+                for (int c = 1; c <= list.count(); ++c)
+                    big = std::max(big, GetAvg(unit, g.Nodes[size_t(k) - 1], list, c, 0, true, false, true));
+                big = std::max(big, GetAvg(unit, g.Nodes[size_t(k) - 1], list, -1, incoming[size_t(k) - 1], true, false, true));
+            }
+            ASSERT_DOUBLE_EQ(real, big) << type << " at tick " << t;
+            ASSERT_DOUBLE_EQ(got, std::max(1.0, roundTenth(big))) << type << " at tick " << t;
+            h.addSample(1, incoming[0], "t", 60);
+            h.addSample(2, incoming[1], "t", 60);
+            if (t == 200)
+                h.level(45);  // the window narrows: its oldest columns go
+        }
+    }
 }
