@@ -60,9 +60,9 @@ PrintResult PrintGraph(const std::vector<Graph>& sensors, const std::vector<std:
     const Graph& graph = sensors[size_t(intSensorToPrint)];
     if (graph.GraphType != LineGraph && graph.GraphType != BarGraph)
         return {PrintResult::NotPrintable, {}};
-    const auto* view = size_t(intSensorToPrint) < views.size()
-                           ? dynamic_cast<const DisplayedGraph*>(views[size_t(intSensorToPrint)].get())
-                           : nullptr;
+    auto* view = size_t(intSensorToPrint) < views.size()
+                     ? dynamic_cast<DisplayedGraph*>(views[size_t(intSensorToPrint)].get())
+                     : nullptr;
     if (!view)
         return fail(QStringLiteral("Graph %1 has no picture to print").arg(intSensorToPrint + 1));
     if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
@@ -85,6 +85,8 @@ PrintResult PrintGraph(const std::vector<Graph>& sensors, const std::vector<std:
         debugLog().leave(QStringLiteral("PrintGraph"));
         return fail(error);
     }
+    // A Graph nobody sees has no picture drawn: it is made from the history now.
+    view->makePicture();
     composeGraphPage(painter, *device, view->windowPicture(), graphKey(graph), printedByLine(today));
     painter.end();
     // A file is done at once; a printer queue answers later.

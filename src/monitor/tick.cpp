@@ -239,8 +239,14 @@ void Monitor::logData(const LogFlags& flags)
     in.processMemory.clear();
     if (flags.logProcess) {
         linkProcessNodes();  // a Node unlinked has no column: never another process's figure
-        const auto& memory = sources_.processes->ProcessMemory();
-        in.processMemory.assign(memory.begin(), memory.end());
+        // Only the rows that logged Process Nodes watch are read.
+        const ProcessTable& table = *sources_.processes;
+        in.processMemory.assign(table.rows().size(), 0.0);
+        for (const Graph& g : Sensors)
+            for (const Node& n : g.Nodes)
+                if (n.NodeType == ProcessType && n.LogData && n.ProcessIndex >= 0 &&
+                    size_t(n.ProcessIndex) < in.processMemory.size())
+                    in.processMemory[size_t(n.ProcessIndex)] = double(table.memoryAt(n.ProcessIndex));
     }
     const auto& table = sources_.drives->DriveTable;
     in.drives.assign(flags.logDrives.size(), DriveLogRow{});

@@ -116,7 +116,7 @@ void ProcessList::refresh()
         return;
     status_->setText(TestingText);
     status_->repaint();
-    table->RefreshProcessList();
+    table->RefreshProcessList(true);  // the names as they stand now
     ProcessIndexes(monitor_.Sensors, *table);
     fill();
     status_->clear();

@@ -1,11 +1,14 @@
 #include "sources/proc_pid.h"
+#include "sources/kernel_text.h"
 #include "sources/platform_file.h"
 
-#include <QDir>
 #include <QFile>
 #include <algorithm>
 #include <climits>
 #include <limits>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orm {
@@ -20,16 +23,15 @@ QString baseName(const QString& path)
 
 }  // namespace
 
-std::optional<qint64> parseStatmResidentPages(const QByteArray& statm)
+std::optional<qint64> parseStatmResidentPages(QByteArrayView statm)
 {
-    const QList<QByteArray> fields = statm.simplified().split(' ');
-    if (fields.size() < 2)
+    // size resident shared text lib data dt
+    std::string_view text = kernel_text::view(statm), word;
+    quint64 pages = 0;
+    if (!kernel_text::nextWord(text, word) || !kernel_text::nextNumber(text, pages) ||
+        pages > quint64(std::numeric_limits<qint64>::max()))
         return std::nullopt;
-    bool ok = false;
-    const qint64 pages = fields[1].toLongLong(&ok);
-    if (!ok || pages < 0)
-        return std::nullopt;
-    return pages;
+    return qint64(pages);
 }
 
 QString exeLinkName(const QByteArray& linkTarget)
@@ -69,10 +71,17 @@ QString processName(const QString& fromExe, const QString& fromCmdline, const QS
 }
 
 ProcPidReader::ProcPidReader(QString procRoot, qint64 pageSize)
-    : root_(std::move(procRoot)), pageSize_(pageSize > 0 ? pageSize : qint64(sysconf(_SC_PAGESIZE)))
+    : root_(std::move(procRoot)), nativeRoot_(QFile::encodeName(root_)),
+      pageSize_(pageSize > 0 ? pageSize : qint64(sysconf(_SC_PAGESIZE)))
 {
     if (pageSize_ <= 0)
         pageSize_ = 4096;
+}
+
+ProcPidReader::~ProcPidReader()
+{
+    if (rootFd_ >= 0)
+        ::close(rootFd_);
 }
 
 QString ProcPidReader::pidPath(quint32 pid, const char* file) const
@@ -80,20 +89,53 @@ QString ProcPidReader::pidPath(quint32 pid, const char* file) const
     return root_ + QLatin1Char('/') + QString::number(pid) + QLatin1Char('/') + QLatin1String(file);
 }
 
-std::optional<std::vector<quint32>> ProcPidReader::pids() const
+bool ProcPidReader::scan(std::vector<ProcFolder>& folders)
 {
-    QDir dir(root_);
-    if (!dir.exists() || !dir.isReadable())
+    folders.clear();
+    if (rootFd_ < 0)
+        rootFd_ = ::open(nativeRoot_.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (rootFd_ < 0 || ::lseek(rootFd_, 0, SEEK_SET) != 0) {
+        if (rootFd_ >= 0)
+            ::close(rootFd_);
+        rootFd_ = -1;  // tried again on the next listing
+        return false;
+    }
+    if (listing_.empty())
+        listing_.resize(32 * 1024);
+    for (;;) {
+        const ssize_t n = ::getdents64(rootFd_, listing_.data(), listing_.size());
+        if (n < 0)
+            return false;
+        if (n == 0)
+            break;
+        for (ssize_t at = 0; at < n;) {
+            const auto* entry = reinterpret_cast<const dirent64*>(listing_.data() + at);
+            at += entry->d_reclen;
+            quint64 pid = 0;
+            const std::string_view name(entry->d_name);
+            if (!kernel_text::toNumber(name, pid) || pid == 0 || pid > 0xFFFFFFFFu)
+                continue;
+            // Folders only ("self" is a link, and not a number either).
+            struct stat st {};
+            if (entry->d_type != DT_DIR &&
+                !(entry->d_type == DT_UNKNOWN && ::fstatat(rootFd_, entry->d_name, &st, 0) == 0 && S_ISDIR(st.st_mode)))
+                continue;
+            folders.push_back({quint32(pid), quint64(entry->d_ino)});
+        }
+    }
+    std::sort(folders.begin(), folders.end(), [](const ProcFolder& a, const ProcFolder& b) { return a.pid < b.pid; });
+    return true;
+}
+
+std::optional<std::vector<quint32>> ProcPidReader::pids()
+{
+    std::vector<ProcFolder> folders;
+    if (!scan(folders))
         return std::nullopt;
     std::vector<quint32> out;
-    const QStringList names = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& n : names) {
-        bool ok = false;
-        const quint32 pid = n.toUInt(&ok, 10);
-        if (ok && pid > 0)
-            out.push_back(pid);
-    }
-    std::sort(out.begin(), out.end());
+    out.reserve(folders.size());
+    for (const ProcFolder& f : folders)
+        out.push_back(f.pid);
     return out;
 }
 
@@ -130,6 +172,11 @@ std::optional<QString> ProcPidReader::name(quint32 pid) const
 qint64 ProcPidReader::residentBytes(quint32 pid) const
 {
     const auto statm = readPlatformFile(pidPath(pid, "statm"));
+    return statm ? residentBytes(QByteArrayView(*statm)) : 0;
+}
+
+qint64 ProcPidReader::residentBytes(const std::optional<QByteArrayView>& statm) const
+{
     if (!statm)
         return 0;
     const auto pages = parseStatmResidentPages(*statm);

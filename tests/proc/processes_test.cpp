@@ -5,6 +5,7 @@
 #include "sources/processes.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
@@ -60,13 +61,14 @@ TEST(ProcessTable, SnapshotOfFixtureTreeAndProcessIndexes)
     EXPECT_EQ(table.upperBound(), 5);
     EXPECT_EQ(table.rows()[4].th32ProcessID, 250u);
     EXPECT_EQ(table.rows()[4].szExeFile, "python3.11");
-    EXPECT_EQ(table.ProcessMemory()[4], 5421 * 4096);
+    EXPECT_EQ(table.memoryAt(4), 5421 * 4096);
+    EXPECT_EQ(table.memoryAt(3), 0);  // malformed statm
     EXPECT_EQ(table.memoryAt(6), 0);
+    EXPECT_EQ(table.memoryAt(-1), 0);
     // Indexes outside the table change nothing and don't fault.
-    const auto before = table.ProcessMemory();
     table.RefreshProcessMemory(-1);
     table.RefreshProcessMemory(6);
-    EXPECT_EQ(table.ProcessMemory(), before);
+    EXPECT_EQ(table.memoryAt(4), 5421 * 4096);
 
     std::vector<Graph> sensors(2);
     sensors[0].Nodes.resize(2);
@@ -127,4 +129,111 @@ TEST(ProcessTableLive, OwnProcessAndAChildFoundByNameThenGone)
     EXPECT_EQ(table.rows()[size_t(row)].th32ProcessID, pid);
     ASSERT_GT(table.RefreshProcessList(), 0);
     EXPECT_EQ(rowOf(table, pid), -1);
+}
+
+// A tree the test changes between snapshots, as processes start, end, take a
+// number again and start other programs.
+class ProcessTableChanges : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(proc.isValid()); }
+    void start(int pid, const QByteArray& name, int pages = 10)
+    {
+        const QString d = proc.filePath(QString::number(pid));
+        ASSERT_TRUE(QDir().mkpath(d));
+        write(d + QStringLiteral("/cmdline"), name + '\0');
+        write(d + QStringLiteral("/statm"), "100 " + QByteArray::number(pages) + " 0 0 0 0 0\n");
+    }
+    // The folder moves aside rather than going, so a new folder of the same
+    // number cannot get its inode back.
+    void end(int pid)
+    {
+        ASSERT_TRUE(QDir(proc.path()).rename(QString::number(pid), QStringLiteral("gone-%1-%2").arg(pid).arg(++ended)));
+    }
+    void rename(int pid, const QByteArray& name)
+    {
+        write(proc.filePath(QString::number(pid)) + QStringLiteral("/cmdline"), name + '\0');
+    }
+    static void write(const QString& path, const QByteArray& text)
+    {
+        QFile f(path);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        f.write(text);
+    }
+    QString nameOf(int pid) const
+    {
+        const int row = rowOf(table, quint64(pid));
+        return row < 0 ? QStringLiteral("<none>") : table.rows()[size_t(row)].szExeFile;
+    }
+
+    QTemporaryDir proc;
+    ProcessTable table{proc.path(), 4096};
+    int ended = 0;
+};
+
+TEST_F(ProcessTableChanges, NamesFollowForksReusedNumbersAndLateStarts)
+{
+    start(1, "init");
+    start(20, "bash");
+    ASSERT_EQ(table.RefreshProcessList(), 2);
+    // A fork seen before it became its program: the next snapshot has the program.
+    rename(20, "firefox");
+    table.RefreshProcessList();
+    EXPECT_EQ(nameOf(20), "firefox");
+
+    // The number goes to a new process: its own name at once.
+    end(20);
+    start(20, "python3");
+    table.RefreshProcessList();
+    EXPECT_EQ(nameOf(20), "python3");
+    table.RefreshProcessList();
+
+    // A program started long after: seen once a round of snapshots is through.
+    rename(1, "systemd");
+    unsigned snapshots = 0;
+    while (nameOf(1) != "systemd" && snapshots <= ProcessTable::NameCheckEvery) {
+        table.RefreshProcessList();
+        ++snapshots;
+    }
+    EXPECT_LE(snapshots, ProcessTable::NameCheckEvery);
+    // Asked for fresh names (the panel's refresh), the table has them at once.
+    rename(1, "init");
+    table.RefreshProcessList(true);
+    EXPECT_EQ(nameOf(1), "init");
+}
+
+TEST_F(ProcessTableChanges, MemoryOfTheRowsAskedForAndTheGenerationOfTheRows)
+{
+    start(5, "a", 7);
+    start(6, "b", 8);
+    table.RefreshProcessList();
+    table.RefreshProcessList();  // the names settled
+    const quint64 generation = table.generation();
+    table.RefreshProcessList();
+    EXPECT_EQ(table.generation(), generation);  // the same rows: Nodes stay linked
+    EXPECT_EQ(table.memoryAt(1), 8 * 4096);
+
+    // A working set read since the snapshot stands until asked again.
+    write(proc.filePath(QStringLiteral("6/statm")), "100 9 0 0 0 0 0\n");
+    EXPECT_EQ(table.memoryAt(1), 8 * 4096);
+    table.RefreshProcessMemory(1);
+    EXPECT_EQ(table.memoryAt(1), 9 * 4096);
+
+    // A new process before them moves the rows; a reused number too.
+    start(2, "c");
+    table.RefreshProcessList();
+    EXPECT_NE(table.generation(), generation);
+    EXPECT_EQ(table.memoryAt(2), 9 * 4096);
+    const quint64 moved = table.generation();
+    end(6);
+    start(6, "b", 3);
+    table.RefreshProcessList();
+    EXPECT_NE(table.generation(), moved);
+    EXPECT_EQ(table.memoryAt(2), 3 * 4096);
+
+    // The last process gone leaves the rows as they were.
+    end(2);
+    end(5);
+    end(6);
+    EXPECT_EQ(table.RefreshProcessList(), 0);
+    EXPECT_EQ(table.upperBound(), 2);
 }
