@@ -7,6 +7,9 @@ PACKAGES := cmake ninja-build g++ pkg-config qt6-base-dev libgtest-dev libnl-gen
             xvfb openbox trayer xdotool x11-utils \
             qt6-multimedia-dev dbus python3-aiosmtpd python3-dbusmock locales-all \
             cups-client poppler-utils cups printer-driver-cups-pdf
+# Transfers: the speed test endpoint (Qt's HTTP server, whose CMake package wants
+# WebSockets); the tests' and bench's local servers, certificate and curl.
+PACKAGES += qt6-httpserver-dev qt6-websockets-dev python3 openssl curl
 
 .PHONY: all deps build run test bench clean
 

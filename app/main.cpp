@@ -2,6 +2,7 @@
 // signals without any window.
 #include "desktop.h"
 #include "print_option.h"
+#include "speed_test_server.h"
 #include "display/displayed_graph.h"
 #include "model/ini_file_care.h"
 #include "model/ini_store.h"
@@ -50,6 +51,8 @@ bool wantsOffscreen(int argc, char* argv[])
 
 int main(int argc, char* argv[])
 {
+    if (wantsSpeedTestServer(argc, argv))
+        return runSpeedTestServer(argc, argv);
     const bool withWindows = !wantsOffscreen(argc, argv);
     if (!withWindows && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -100,6 +103,10 @@ int main(int argc, char* argv[])
                                  QStringLiteral("txtDebug writes a debug trace to Ormivane.txt in the data "
                                                 "folder; VDDebugMode turns off the speed test minimum rule."),
                                  QStringLiteral("[txtDebug] [VDDebugMode]"));
+    parser.addOption({QStringLiteral("speedtest-server"),
+                      QStringLiteral("Run as the speed test endpoint on [ADDR:]PORT instead (see --speedtest-server "
+                                     "--help)."),
+                      QStringLiteral("[ADDR:]PORT")});
     QStringList arguments = QCoreApplication::arguments();
     std::optional<PrintRequest> printRequest;
     QString printError;

@@ -1,0 +1,47 @@
+// The speed test endpoint: serves the option list at /downvariations.txt and,
+// at /serverdownload.asp?s=N, a test file of the N-th size, generated as it is
+// sent and never read from disk. Its root answers with a short page, so that
+// the setup test of a Website Node pointed at it passes; any other path is 404.
+#pragma once
+
+#include "sources/download_options.h"
+
+#include <QAbstractHttpServer>
+#include <QByteArray>
+#include <QHostAddress>
+#include <QString>
+#include <vector>
+
+namespace orm {
+
+// The list served when no other is given: 500 KB to 100 MB, with the fewest
+// seconds between two tests growing with the size.
+QByteArray defaultSpeedTestLadder();
+
+// "[ADDR:]PORT" as given to --speedtest-server: the address (127.0.0.1 when
+// none is given) and the port. An IPv6 address is written in brackets.
+struct ListenAddress {
+    QHostAddress address;
+    quint16 port = 0;
+    QString error;  // why the text is not an address and port
+};
+ListenAddress parseListenAddress(const QString& text);
+
+class SpeedTestEndpoint : public QAbstractHttpServer {
+    Q_OBJECT
+public:
+    // `list` is the option list to serve, already checked (checkDownloadOptions).
+    explicit SpeedTestEndpoint(QByteArray list, QObject* parent = nullptr);
+
+    const std::vector<DownloadOption>& options() const { return options_; }
+
+protected:
+    bool handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) override;
+    void missingHandler(const QHttpServerRequest& request, QTcpSocket* socket) override;
+
+private:
+    QByteArray list_;
+    std::vector<DownloadOption> options_;
+};
+
+}  // namespace orm

@@ -1,0 +1,75 @@
+// Real servers on 127.0.0.1 for the transfer tests, started and stopped by
+// the tests: the project's own speed test endpoint, Python's http.server
+// failing on purpose (misbehaving_server.py), and a TLS server whose
+// certificate the test makes and trusts.
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+#include <ostream>
+
+// Texts in failure messages as text.
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
+inline void PrintTo(const QStringList& l, std::ostream* os) { *os << '{' << l.join(QStringLiteral(" | ")).toStdString() << '}'; }
+
+namespace orm {
+class SpeedTestEndpoint;
+}
+
+namespace orm::test {
+
+// Runs the event loop until `done` holds or `ms` have passed; true when it holds.
+bool waitUntil(const std::function<bool()>& done, int ms = 10000);
+
+// misbehaving_server.py in a child process; stopped with the object.
+class ScriptServer {
+public:
+    // With a certificate and key it serves HTTPS.
+    explicit ScriptServer(const QString& certFile = QString(), const QString& keyFile = QString());
+    ~ScriptServer();
+    quint16 port() const { return port_; }
+    QString url(const QString& path) const;  // "http(s)://127.0.0.1:<port><path>"
+
+private:
+    QProcess process_;
+    quint16 port_ = 0;
+    bool tls_ = false;
+};
+
+// A self-signed certificate for 127.0.0.1 made with openssl in a folder of its own.
+class TestCertificate {
+public:
+    TestCertificate();
+    bool ok() const { return ok_; }
+    QString certFile() const;
+    QString keyFile() const;
+    // Adds the certificate to the process's trusted authorities.
+    void trust() const;
+
+private:
+    QTemporaryDir dir_;
+    bool ok_ = false;
+};
+
+// The project's endpoint in this process, on a free port of 127.0.0.1.
+class LocalEndpoint {
+public:
+    explicit LocalEndpoint(const QByteArray& list = QByteArray());
+    ~LocalEndpoint();
+    quint16 port() const { return port_; }
+    QString url(const QString& path) const;
+    SpeedTestEndpoint& endpoint() { return *endpoint_; }
+
+private:
+    std::unique_ptr<SpeedTestEndpoint> endpoint_;
+    quint16 port_ = 0;
+};
+
+// A port on 127.0.0.1 where nothing listens.
+quint16 closedPort();
+
+}  // namespace orm::test
