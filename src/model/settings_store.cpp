@@ -319,6 +319,7 @@ void LoadSensors(const KeyValueStore& store, ProgramSettings& settings, std::vec
     settings.DisplayToolTips = r.flag("DisplayToolTips", defaults.DisplayToolTips);
     settings.ShowDataTypeErrors = r.flag("ShowDataTypeErrors", defaults.ShowDataTypeErrors);
     settings.LogType = r.integer("LogType", defaults.LogType);
+    settings.SpeedTestServer = r.text("SpeedTestServer", defaults.SpeedTestServer).trimmed();
     const int count = graphCount(store);
 
     sensors.clear();
@@ -336,6 +337,7 @@ bool SaveSettings(KeyValueStore& store, const ProgramSettings& settings, const s
     w.flag("StartInSystray", settings.StartInSystray);
     w.flag("DisplayToolTips", settings.DisplayToolTips);
     w.flag("ShowDataTypeErrors", settings.ShowDataTypeErrors);
+    w.text("SpeedTestServer", settings.SpeedTestServer);
     w.integer("Sensors", qint64(sensors.size()));
     for (size_t gi = 0; gi < sensors.size(); ++gi)
         saveGraph(store, int(gi), sensors[gi], adapters);

@@ -32,6 +32,8 @@ struct ProgramSettings {
     bool wmi = false;
     qint32 XLoc = 0, YLoc = 0;
     bool FirstRun = true;
+    // host[:port] of the speed test endpoint; empty until the user names one.
+    QString SpeedTestServer;
 };
 
 // How stored adapter indexes map to rows of the adapter table.
@@ -56,7 +58,7 @@ double readNumber(const KeyValueStore& store, const QString& path, const QString
 qint32 readInt(const KeyValueStore& store, const QString& path, const QString& name, qint32 def);
 
 // Fills `settings` (StartInSystray, DisplayToolTips, ShowDataTypeErrors,
-// LogType, AutoStart) and `sensors` from the store; never writes. `Sensors`
+// LogType, AutoStart, SpeedTestServer) and `sensors` from the store; never writes. `Sensors`
 // negative reads as no Graph; above MaxStoredGraphs it is taken as the highest
 // Sensor<n> key present (at most MaxStoredGraphs). `Nodes` reads the same way
 // and is at least 1. Graphs and Nodes missing from the store get the load

@@ -4,6 +4,7 @@
 #include "monitor/gadget_feed.h"
 #include "monitor/monitor.h"
 #include "model/number_text.h"
+#include "monitor/transfers.h"
 
 
 namespace orm {
@@ -36,7 +37,7 @@ double rateRule(Node& node, double counter, double seconds)
     return seconds != 0 ? delta / seconds : 0.0;
 }
 
-double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
+double Monitor::evaluateNode(Graph& graph, Node& node, int graphIndex, int nodeIndex, double seconds)
 {
     const MemoryFigures& mem = sources_.memory->figures;
     DriveInfo& drives = *sources_.drives;
@@ -47,6 +48,12 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
     };
 
     switch (node.NodeType) {
+    case WebsiteType:
+        return transfers_->evaluateWebsite(node, graphIndex, nodeIndex);
+    case LanType:
+        return transfers_->evaluateLan(node, graphIndex, nodeIndex);
+    case SpeedTestType:
+        return transfers_->evaluateSpeedTest(node, graphIndex, nodeIndex);
     case CpuType:
         trace(QStringLiteral("DisplayData CPU"));
         return sources_.cpu->value(node.CPUNumber);
@@ -120,8 +127,6 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int, int, double seconds)
         trace(QStringLiteral("DisplayData VIRTUAL_MEMORY"));
         return percentageRule(node.Measuring, graph.DataType, mem.MemTotalVirtual, mem.MemAvailVirtual);
     default:
-        // Network, website and the rest of the system types join through this frame as
-        // their sources arrive; until then they read 0.
         return 0.0;
     }
 }

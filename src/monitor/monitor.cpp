@@ -4,6 +4,7 @@
 #include "model/number_text.h"
 #include "model/paths.h"
 #include "model/version.h"
+#include "monitor/transfers.h"
 
 #include <QDir>
 
@@ -21,6 +22,9 @@ Monitor::Monitor(MonitorOptions options, const Clock& clock, KeyValueStore& stor
     autoStart_ = std::make_unique<AutoStartEntry>(autostartFile());
     alertTester.VDSMTPRelay1.tempFolder = options_.dataDir;
     alertTester.saveSettings = [this] { SaveSettings(); };
+    if (!sources_.shares)
+        sources_.shares = std::make_unique<ShareResolver>();
+    transfers_ = std::make_unique<Transfers>(*this, options_.dataDir, *sources_.shares);
 }
 
 Monitor::~Monitor() = default;
@@ -87,6 +91,7 @@ void Monitor::unload()
     if (onUnload)
         onUnload();
     tmrDataEnabled = false;
+    transfers_->stop();
     sources_.cpu->GetCpuUsage(false, true, 0);
     sources_.processes->erase();
     LogWriter::removeWorkingCopies(options_.dataDir);

@@ -20,6 +20,8 @@
 
 namespace orm {
 
+class Transfers;
+
 struct MonitorOptions {
     QString dataDir;
     QString commandLine;   // the words given to the program, searched for "txtDebug" and "VDDebugMode"
@@ -118,6 +120,8 @@ public:
     SourceSet& sources() { return sources_; }
     KeyValueStore& store() { return store_; }
     LogWriter& logWriter() { return *logWriter_; }
+    // The Website, LAN and Speed Test transfers (the two Downloaders, the LAN copy).
+    Transfers& transfers() { return *transfers_; }
     QString startError() const { return startError_; }
     const QString& dataDir() const { return options_.dataDir; }
     QString debugLogPath() const;
@@ -143,7 +147,6 @@ private:
         if (onSplash)
             onSplash(text);
     }
-    void requestTestSetup() {}  // the speed test endpoint comes with the website transfers
 
     MonitorOptions options_;
     const Clock& clock_;
@@ -151,6 +154,7 @@ private:
     SourceSet& sources_;
     GraphViewFactory& views_;
     std::unique_ptr<LogWriter> logWriter_;
+    std::unique_ptr<Transfers> transfers_;
     std::unique_ptr<AutoStartEntry> autoStart_;
     InstanceLock instanceLock_;
     QString startError_;

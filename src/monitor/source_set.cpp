@@ -20,6 +20,7 @@ std::unique_ptr<SourceSet> SourceSet::forLinux(const QString& procRoot, const QS
     s->wifi = std::make_unique<WifiTables>(*s->wifiSource);
     s->battery = std::make_unique<BatteryReader>(sysRoot);
     s->pings = std::make_unique<PingService>();
+    s->shares = std::make_unique<ShareResolver>();
     return s;
 }
 

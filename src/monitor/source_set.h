@@ -11,6 +11,7 @@
 #include "sources/memory_status.h"
 #include "sources/ping.h"
 #include "sources/processes.h"
+#include "sources/share_paths.h"
 #include "sources/wifi.h"
 
 #include <memory>
@@ -47,6 +48,7 @@ struct SourceSet {
     std::unique_ptr<WifiTables> wifi;
     std::unique_ptr<BatteryReader> battery;
     std::unique_ptr<PingService> pings;
+    std::unique_ptr<ShareResolver> shares;  // where LAN files are found
 
     // How Nodes' stored adapter indexes map to adapter rows; null with no adapter source.
     const AdapterIndexMap* adapterMap() const { return adapterRows.get(); }

@@ -4,6 +4,7 @@
 #include "monitor/gadget_feed.h"
 #include "alerts/alert_store.h"
 #include "monitor/monitor.h"
+#include "monitor/transfers.h"
 #include "model/number_text.h"
 #include "model/version.h"
 
@@ -147,7 +148,14 @@ bool Monitor::startUp()
     trace(QStringLiteral("LoadMain 1.8"));
     splash(QStringLiteral("Menu setup...."));
     splash(QStringLiteral("Testing URLs...."));
+    for (size_t i = 0; i < Sensors.size(); ++i)
+        for (size_t j = 0; j < Sensors[i].Nodes.size(); ++j) {
+            const Node& n = Sensors[i].Nodes[j];
+            if (!Sensors[i].LogGraph && ((n.NodeType == WebsiteType && n.WebsiteMaster) || n.NodeType == LanType))
+                transfers_->TestDownload(int(i), int(j));
+        }
     splash(QStringLiteral("Retrieving setup from server...."));
+    transfers_->LoadTestOptions();
     trace(QStringLiteral("LoadMain 1.85"));
     splash(QStringLiteral("Loading Alerts...."));
     LoadAlerts(store_, alertTester.Alerts, alertTester.mail, alertTester.AlertOptions);

@@ -2,6 +2,7 @@
 // evaluate the Graphs that are due, write the log line, test the Alerts.
 #include "model/debug_log.h"
 #include "monitor/monitor.h"
+#include "monitor/transfers.h"
 
 namespace orm {
 
@@ -74,17 +75,17 @@ void Monitor::setFlags(TickFlags& flags)
         for (Node& n : g.Nodes) {
             const bool isDriveType = n.NodeType == DriveSpaceType || (n.NodeType >= DiskRWType && n.NodeType <= DiskWriteType);
             const int drive = isDriveType ? drives.indexOf(n.DriveMonitoring) : -1;
-            if (g.TicksToSample == 0)
+            if (g.TicksToSample == 0) {
                 setTypeFlag(flags.read, n.NodeType, drive, false);
+                if (n.NodeType == SpeedTestType)
+                    transfers_->applyMinimumRule(int(i), n);
+            }
             if (n.LogData) {
                 if (n.NodeType == SpeedTestType) {
                     if (TestSetupLoaded || TestSetupBusy) {
                         flags.log.logTestDownload = true;
-                    } else if (TestSetupWait > 0) {
-                        --TestSetupWait;
                     } else {
-                        requestTestSetup();
-                        TestSetupWait = 10;
+                        transfers_->countSetupWait();
                     }
                 } else {
                     setTypeFlag(flags.log, n.NodeType, drive, true);
@@ -179,13 +180,16 @@ void Monitor::TimerData()
     alertTester.TestAlerts();
     AlertsTime = tickDiff(clock_.tickCount(), mark);
 
-    // 12. and 13. Website and speed test transfers start here once they exist.
+    // 12. and 13.
+    transfers_->startDueTransfers();
     if (Closing)
         return finish();
 
     // 14.
-    if (AsyncCopyDue)
+    if (AsyncCopyDue) {
         AsyncCopyDue = false;
+        transfers_->enableAsyncCopy();
+    }
 
     if (debugLog().enabled()) {
         debugLog().leaveTag(QStringLiteral("TimerData 2.0 (") +

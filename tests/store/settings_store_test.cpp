@@ -79,8 +79,8 @@ TEST(SettingsStore, SaveWritesInItsOrderAndFormsAndEveryValueIsLoadedBack)
     ASSERT_TRUE(save(saved, twoGraphs()));
     EXPECT_EQ(saved.syncCount, 1);
     const QStringList& w = saved.writes;
-    EXPECT_EQ(w.size(), 4 + 2 * 34 + 4 * 27);
-    EXPECT_EQ(w.mid(3, 3), QStringList({"Settings/Sensors=2", "Settings/Sensor1/Name=New Graph 1",
+    EXPECT_EQ(w.size(), 5 + 2 * 34 + 4 * 27);
+    EXPECT_EQ(w.mid(4, 3), QStringList({"Settings/Sensors=2", "Settings/Sensor1/Name=New Graph 1",
                                         "Settings/Sensor1/AutoRange=True"}));
     EXPECT_EQ(w.last(), "Settings/Sensor2/Node3/CPUNumber=0");
     for (const char* v : {"Sensor1/GraphBackColor=-2130771713", "Sensor1/LegendUnits=Kbps",

@@ -1,0 +1,143 @@
+// The Speed Test Node: the option list from the endpoint, the minimum rule,
+// the rhythm of asking again, and its transfers.
+#include "monitor/editing.h"
+#include "transfer_fixture.h"
+
+#include <QSignalSpy>
+
+using namespace orm;
+using namespace orm::test;
+
+namespace {
+
+class SpeedTestNode : public TransferFixture {
+protected:
+    void startOn(const QString& server, int seconds, int option = 0, const QString& words = QString())
+    {
+        setting(QStringLiteral("SpeedTestServer"), server);
+        graph(0, seconds, {speedTest(option)});
+        ASSERT_TRUE(start(words));
+    }
+    QStringList optionTexts() const
+    {
+        QStringList out;
+        for (const DownloadOption& o : monitor->transfers().DownloadOptions)
+            out << o.text;
+        return out;
+    }
+};
+
+TEST_F(SpeedTestNode, TheListComesFromTheEndpointAndRaisesTheInterval)
+{
+    LocalEndpoint server;
+    startOn(QStringLiteral("127.0.0.1:%1").arg(server.port()), 1, 1);
+    EXPECT_TRUE(monitor->TestSetupBusy) << "asked for at start";
+    ASSERT_TRUE(settle());
+    EXPECT_TRUE(monitor->TestSetupLoaded);
+    EXPECT_FALSE(monitor->TestSetupBusy);
+    EXPECT_EQ(optionTexts(), QStringList({QStringLiteral("500K   every 30 seconds"),
+                                          QStringLiteral("10M    every 1 minutes"),
+                                          QStringLiteral("25M    every 2 minutes"),
+                                          QStringLiteral("50M    every 5 minutes"),
+                                          QStringLiteral("100M   every 10 minutes")}));
+    EXPECT_EQ(transfers().speedTestMinimum(1), 60);
+    EXPECT_EQ(transfers().speedTestMinimum(5), 0);
+
+    QSignalSpy raised(&transfers(), &Transfers::minimumRaised);
+    tick();
+    EXPECT_EQ(monitor->Sensors[0].SampleEverySeconds, 60);
+    ASSERT_EQ(raised.size(), 1);
+    EXPECT_EQ(raised[0][1].toInt(), 60);
+    EXPECT_EQ(raised[0][2].toString(), SpeedTestMinimumText);
+    EXPECT_EQ(store.readValue(QStringLiteral("Settings/Sensor1"), QStringLiteral("SampleEverySeconds"), QString()),
+              QStringLiteral("60"))
+        << "saved at once";
+}
+
+TEST_F(SpeedTestNode, VDDebugModeKeepsTheIntervalAndATransferMeasuresTheChosenSize)
+{
+    LocalEndpoint server;
+    startOn(QStringLiteral("127.0.0.1:%1").arg(server.port()), 1, 1, QStringLiteral("VDDebugMode"));
+    ASSERT_TRUE(settle());
+    QSignalSpy ended(&transfers(), &Transfers::speedTestEnded);
+    tick();
+    EXPECT_EQ(monitor->Sensors[0].SampleEverySeconds, 1);
+    EXPECT_TRUE(node(0, 0).WebsiteBusy);
+    EXPECT_TRUE(transfers().DownloaderFiles.IsCurrentlyDownloading(QString(), transfers().transferName(0, 0)));
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(ended.size(), 1);
+    EXPECT_FALSE(node(0, 0).WebsiteBusy);
+    EXPECT_EQ(node(0, 0).Bandwidth, 10000000 / 0.01) << "the clock stood still: 10 ms are taken";
+
+    // A transfer whose end was lost is started again at the next sample.
+    node(0, 0).WebsiteBusy = true;
+    node(0, 0).PreviousBandwidth = 77;
+    tick();
+    EXPECT_EQ(views.made.at(0)->GetNodeValue(0, 0), 77.0);
+    EXPECT_TRUE(transfers().DownloaderFiles.IsCurrentlyDownloading(QString(), transfers().transferName(0, 0)));
+    ASSERT_TRUE(settle());
+    tick();
+    const QStringList fields = logLines().filter(QStringLiteral("#Fields: "));
+    ASSERT_FALSE(fields.isEmpty());
+    EXPECT_TRUE(fields.last().endsWith(QStringLiteral(",RESULTSERVER_DOWNLOAD")));
+    EXPECT_EQ(logLines().last().section(QLatin1Char(','), -1), QStringLiteral("1000000000"));
+}
+
+TEST_F(SpeedTestNode, WithoutAnEndpointItReadsZeroAndAsksNothing)
+{
+    startOn(QString(), 1);
+    EXPECT_FALSE(monitor->TestSetupBusy);
+    for (int k = 0; k < 3; ++k)
+        tick();
+    EXPECT_EQ(transfers().DownloaderFiles.TransferNames.size(), 1u);
+    EXPECT_EQ(transfers().DownloaderTest.TransferNames.size(), 1u);
+    EXPECT_EQ(views.made.at(0)->GetNodeValue(0, 0), 0.0);
+    EXPECT_FALSE(node(0, 0).WebsiteBusy);
+}
+
+TEST_F(SpeedTestNode, AFailedListIsToldAndAskedForAgainAtTheTicksRhythm)
+{
+    ScriptServer server;
+    ASSERT_NE(server.port(), 0);
+    // A Graph that is never due: only the Log flags' rhythm asks again.
+    startOn(server.url(QStringLiteral("/empty")), 100000);
+    ASSERT_TRUE(settle());
+    EXPECT_FALSE(monitor->TestSetupLoaded);
+    EXPECT_FALSE(monitor->TestSetupBusy);
+    EXPECT_TRUE(warnings.isEmpty()) << "an empty list is not an error";
+    tick();  // the first tick evaluates; from now on the Graph waits
+    ASSERT_TRUE(settle());
+
+    monitor->Settings.SpeedTestServer = server.url(QStringLiteral("/nolist"));  // answers 404
+    int asked = 0;
+    for (int k = 0; k < 22; ++k) {
+        tick();
+        if (monitor->TestSetupBusy)
+            ++asked;
+        ASSERT_TRUE(settle());
+    }
+    EXPECT_EQ(asked, 2) << "a missing list is asked for on every eleventh tick";
+    EXPECT_EQ(warnings, QStringList({SetupFailedText, SetupFailedText}));
+
+    monitor->Settings.SpeedTestServer = server.url(QStringLiteral("/nobar"));
+    for (int k = 0; k < 11; ++k)
+        tick();
+    ASSERT_TRUE(settle());
+    EXPECT_FALSE(monitor->TestSetupLoaded) << "a list without | is no list";
+    EXPECT_TRUE(transfers().DownloadOptions.empty());
+}
+
+TEST_F(SpeedTestNode, ANewEndpointIsAskedAtOnce)
+{
+    LocalEndpoint server;
+    startOn(QString(), 1);
+    QSignalSpy loaded(&transfers(), &Transfers::optionsLoaded);
+    transfers().setSpeedTestServer(QStringLiteral(" 127.0.0.1:%1 ").arg(server.port()));
+    EXPECT_EQ(monitor->Settings.SpeedTestServer, QStringLiteral("127.0.0.1:%1").arg(server.port()));
+    ASSERT_TRUE(settle());
+    EXPECT_TRUE(monitor->TestSetupLoaded);
+    EXPECT_EQ(transfers().DownloadOptions.size(), 5u);
+    EXPECT_EQ(loaded.size(), 2) << "emptied, then loaded";
+}
+
+}  // namespace
