@@ -43,6 +43,7 @@ bench: build
 	./$(BUILD)/bench/display_bench
 	./$(BUILD)/bench/overhead
 	./$(BUILD)/bench/overhead --desktop
+	./$(BUILD)/bench/transfer_bench
 
 clean:
 	rm -rf $(BUILD)

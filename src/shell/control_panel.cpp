@@ -4,6 +4,7 @@
 
 #include "model/catalogue.h"
 #include "monitor/monitor.h"
+#include "monitor/transfers.h"
 #include "model/version.h"
 #include "shell/custom_tool_tip.h"
 #include "shell/graph_panel.h"
@@ -89,9 +90,10 @@ void ControlPanel::showRow(bool isParent, int graph, int node)
     if (graph < 0 || size_t(graph) >= monitor_.Sensors.size())
         return;
     QWidget* page = isParent ? static_cast<QWidget*>(graphPanel_) : static_cast<QWidget*>(nodePanel_);
-    if (isParent)
+    if (isParent) {
+        monitor_.transfers().shownGraph = monitor_.transfers().shownNode = -1;  // no Node's tests to show
         graphPanel_->load(graph);
-    else
+    } else
         nodePanel_->load(graph, node);
     // Only the page shown asks for room: the scroll bars come when it needs more than there is.
     for (QWidget* w : {static_cast<QWidget*>(graphPanel_), static_cast<QWidget*>(nodePanel_)})

@@ -3,6 +3,7 @@
 #include "shell/control_panel.h"
 
 #include "monitor/monitor.h"
+#include "monitor/transfers.h"
 #include "model/version.h"
 #include "shell/custom_tool_tip.h"
 #include "shell/graph_panel.h"
@@ -79,6 +80,13 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
     connect(nodePanel_, &NodePanel::treeChanged, this, &ControlPanel::rebuildTree);
     connect(graphPanel_, &GraphPanel::sensorError, this, &ControlPanel::setSensorError);
     connect(nodePanel_, &NodePanel::sensorError, this, &ControlPanel::setSensorError);
+    // The Speed Test's minimum interval, from the option list the endpoint gave.
+    graphPanel_->speedTestMinimum = [this](qint32 option) { return monitor_.transfers().speedTestMinimum(option); };
+    connect(&monitor_.transfers(), &Transfers::minimumRaised, this, [this](int graph, int, const QString& text) {
+        if (stack_->currentWidget() == graphPanel_ && graphPanel_->graph() == graph)
+            graphPanel_->load(graph);  // txtSampleSeconds shows the new interval
+        setSensorError(text);
+    });
 
     connect(tree_, &VistaTree::addClicked, this, [this](int graph) {
         if (tree_->selectedParent() != graph || tree_->selectedChild() != -1)

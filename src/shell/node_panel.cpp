@@ -20,12 +20,6 @@
 
 namespace orm {
 
-namespace {
-
-const QString RunningText = QStringLiteral("Running...");
-
-}  // namespace
-
 NodePanel::NodePanel(Monitor& monitor, PanelHost& host, QWidget* parent)
     : QWidget(parent), monitor_(monitor), host_(host)
 {
@@ -218,15 +212,6 @@ void NodePanel::ssidChosen(int index)
     saved(true);
 }
 
-void NodePanel::urlEdited()
-{
-    Node* n = current();
-    if (loading_ || !n || n->DownloadURL == txtDownloadURL_->text())
-        return;
-    n->DownloadURL = txtDownloadURL_->text();
-    saved(false);
-}
-
 void NodePanel::websiteTypeChosen(int index)
 {
     Node* n = current();
@@ -284,24 +269,6 @@ void NodePanel::masterEntryChosen(int index)
     n->WebsiteSlaveToSensor = qint16(target[0].toInt());
     n->WebsiteSlaveToNode = qint16(target[1].toInt());
     saved(false);
-}
-
-void NodePanel::downloadOptionChosen(int index)
-{
-    Node* n = current();
-    if (loading_ || !n || index < 0)
-        return;
-    n->VDDownloadSize = index;
-    saved(false);
-}
-
-void NodePanel::forceTest()
-{
-    Graph* g = currentGraph();
-    if (!g)
-        return;
-    g->TicksToSample = 0;  // samples on the next tick; not a stored field
-    cmdForceTest_->setText(RunningText);
 }
 
 void NodePanel::visibleToggled(bool on)

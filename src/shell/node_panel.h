@@ -89,6 +89,13 @@ private:
     void masterEntryChosen(int index);
     void downloadOptionChosen(int index);
     void forceTest();
+    // The URL test and the speed test's controls (node_panel_transfers.cpp).
+    void connectTransfers();
+    void loadTransfers(const Node& n);
+    void fillDownloadOptions();
+    void showUrlStatus(const QString& text, qint32 colour);
+    void testClicked();
+    void speedTestServerEdited();
     void visibleToggled(bool on);
     void logToggled(bool on);
 
@@ -132,6 +139,7 @@ private:
     QWidget* pctDownloadURL_ = nullptr;
     QLabel* lblDownloadURL_ = nullptr;
     QLineEdit* txtDownloadURL_ = nullptr;
+    QToolButton* imgTestDownload_ = nullptr;
     QWidget* pctWebsite_ = nullptr;
     QComboBox* cmbWebsiteType_ = nullptr;
     QFrame* pctMasterSlave_ = nullptr;
@@ -141,6 +149,8 @@ private:
     QWidget* pctSpeedTest_ = nullptr;
     QComboBox* cmbDownloadOptions_ = nullptr;
     QPushButton* cmdForceTest_ = nullptr;
+    QLineEdit* txtSpeedTestServer_ = nullptr;
+    QLabel* lblGen32_ = nullptr;
 
     PingFrame* framPingResponse_ = nullptr;
     ProcessList* processes_ = nullptr;

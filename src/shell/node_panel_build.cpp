@@ -227,11 +227,17 @@ QWidget* NodePanel::buildChoosers()
     auto* url = new QVBoxLayout(pctDownloadURL_);
     url->setContentsMargins(0, 0, 0, 0);
     url->setSpacing(1);
-    lblDownloadURL_ = label(pctDownloadURL_, QStringLiteral("lblDownloadURL"), QString());
+    lblDownloadURL_ = label(pctDownloadURL_, QStringLiteral("lblGen(29)"), QString());
     txtDownloadURL_ = new QLineEdit(pctDownloadURL_);
     txtDownloadURL_->setObjectName(QStringLiteral("txtDownloadURL"));
+    imgTestDownload_ = new QToolButton(pctDownloadURL_);
+    imgTestDownload_->setObjectName(QStringLiteral("imgTestDownload"));
+    imgTestDownload_->setText(QStringLiteral("Test"));
     url->addWidget(lblDownloadURL_);
-    url->addWidget(txtDownloadURL_);
+    auto* urlRow = new QHBoxLayout;
+    urlRow->addWidget(txtDownloadURL_, 1);
+    urlRow->addWidget(imgTestDownload_);
+    url->addLayout(urlRow);
     for (QWidget* c : {pctNetCard_, pctDriveList_, pctCPU_, pctSSID_, pctDownloadURL_})
         col->addWidget(c);
     return w;
@@ -276,13 +282,25 @@ QWidget* NodePanel::buildSpeedTest()
 {
     pctSpeedTest_ = new QWidget(this);
     pctSpeedTest_->setObjectName(QStringLiteral("pctSpeedTest"));
-    auto* row = new QHBoxLayout(pctSpeedTest_);
-    row->setContentsMargins(0, 0, 0, 0);
+    auto* col = new QVBoxLayout(pctSpeedTest_);
+    col->setContentsMargins(0, 0, 0, 0);
+    col->setSpacing(2);
+    auto* row = new QHBoxLayout;
     cmbDownloadOptions_ = combo(pctSpeedTest_, QStringLiteral("cmbDownloadOptions"));
     cmdForceTest_ = new QPushButton(QStringLiteral("Force 1 Test Now"), pctSpeedTest_);
     cmdForceTest_->setObjectName(QStringLiteral("cmdForceTest"));
     row->addWidget(cmbDownloadOptions_, 1);
     row->addWidget(cmdForceTest_);
+    col->addLayout(row);
+    auto* server = new QHBoxLayout;
+    server->addWidget(label(pctSpeedTest_, QStringLiteral("lblSpeedTestServer"), QStringLiteral("Speed test server:")));
+    txtSpeedTestServer_ = new QLineEdit(pctSpeedTest_);
+    txtSpeedTestServer_->setObjectName(QStringLiteral("txtSpeedTestServer"));
+    txtSpeedTestServer_->setPlaceholderText(QStringLiteral("host:port"));
+    server->addWidget(txtSpeedTestServer_, 1);
+    col->addLayout(server);
+    lblGen32_ = label(pctSpeedTest_, QStringLiteral("lblGen(32)"), QString());
+    col->addWidget(lblGen32_);
     return pctSpeedTest_;
 }
 
@@ -312,6 +330,9 @@ void NodePanel::connectControls()
     connect(cmbMasterSlave_, &QComboBox::activated, this, &NodePanel::masterEntryChosen);
     connect(cmbDownloadOptions_, &QComboBox::activated, this, &NodePanel::downloadOptionChosen);
     connect(cmdForceTest_, &QPushButton::clicked, this, &NodePanel::forceTest);
+    connect(imgTestDownload_, &QToolButton::clicked, this, &NodePanel::testClicked);
+    connect(txtSpeedTestServer_, &QLineEdit::editingFinished, this, &NodePanel::speedTestServerEdited);
+    connectTransfers();
 }
 
 }  // namespace orm

@@ -23,9 +23,6 @@ namespace orm {
 
 namespace {
 
-const QString WebsiteUrlCaption = QStringLiteral("Download File URL:");
-const QString LanFileCaption = QStringLiteral("Transfer LAN File:");
-const QString ForceTestText = QStringLiteral("Force 1 Test Now");
 
 void fillCombo(QComboBox* box, const QStringList& items)
 {
@@ -152,14 +149,9 @@ void NodePanel::load(int graph, int node)
     }
     cmbSSID_->setCurrentIndex(n->SSID.isEmpty() ? -1 : cmbSSID_->findText(n->SSID));
 
-    lblDownloadURL_->setText(n->NodeType == LanType ? LanFileCaption : WebsiteUrlCaption);
-    txtDownloadURL_->setText(n->DownloadURL);
+    loadTransfers(*n);
     cmbWebsiteType_->setCurrentIndex(n->DownloadType >= 0 && n->DownloadType < 4 ? n->DownloadType : -1);
     loadMasters(*n);
-
-    cmbDownloadOptions_->setCurrentIndex(
-        n->VDDownloadSize >= 0 && n->VDDownloadSize < cmbDownloadOptions_->count() ? n->VDDownloadSize : -1);
-    cmdForceTest_->setText(ForceTestText);
 
     framPingResponse_->load(graph, node);
     if (n->NodeType == ProcessType && !g.LogGraph)

@@ -110,7 +110,11 @@ QHash<QString, QString> buildTexts()
         "Shows the ping as a speed in Kbps, worked out from the round trip and the packet size, instead of in mSeconds.");
     add("imgResolve", "Tests the host: looks up its name and pings it three times. Click again to stop.");
     add("txtDownloadURL",
-        "The address of the website or LAN file that this Node downloads to measure it.");
+        "The address of the website (http:// or https://) or LAN file (\\\\host\\share\\file) that this "
+        "Node downloads to measure it.");
+    add("imgTestDownload", "Tests the address now: the website's root must answer, or the LAN file be copied.");
+    add("txtSpeedTestServer",
+        "The speed test endpoint, as host:port. Run one with ormivane --speedtest-server on any machine.");
     add("cmbWebsiteType",
         "What this Node shows of the download: its speed, the response time, the connection "
         "time or the number of errors.");

@@ -21,9 +21,10 @@ declare -A may=(
     [logging]="model logging"
     [display]="model display"
     [alerts]="model alerts"
+    [endpoint]="model sources endpoint"
     [monitor]="model sources logging display alerts monitor"
     [shell]="model sources logging display alerts monitor shell"
-    [app]="model sources logging display alerts monitor shell app"
+    [app]="model sources logging display alerts monitor shell endpoint app"
 )
 # Only these see Qt Widgets.
 widget_layers=" shell app "

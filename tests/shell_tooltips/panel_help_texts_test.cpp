@@ -17,7 +17,8 @@ TEST(PanelHelpTexts, EveryPanelControlHasItsOwnHelp)
                       "cmbCPU", "cmbSSID", "LstVwProcesses", "imgRefreshProcesses", "txtPingIP",
                       "cmbPingPacketSize", "chkPingTranslate", "imgResolve", "txtDownloadURL",
                       "cmbWebsiteType", "optMasterSlave(0)", "optMasterSlave(1)",
-                      "cmbMasterSlave", "cmdForceTest", "cmbDownloadOptions", "imgVisibleNode",
+                      "cmbMasterSlave", "cmdForceTest", "cmbDownloadOptions", "imgTestDownload",
+                      "txtSpeedTestServer", "imgVisibleNode",
                       "imgVisibleSensor", "imgLog", "imgAddSensor", "imgAddNode",
                       "imgDeleteNode", "imgDeleteSensor", "imgGraphType(0)", "imgGraphType(1)",
                       "imgGraphType(2)", "imgGraphType(27)", "imgGraphType(28)"};

@@ -1,0 +1,121 @@
+// A Website Node against curl: both fetch the same 10 MB and 100 MB files from
+// the speed test endpoint (`ormivane --speedtest-server`, a process of its
+// own), in turns, five times each. Prints both medians and their ratio; the
+// Node should come within 10% of curl. Asserts nothing.
+#include "model/graph_view.h"
+#include "model/key_value_store.h"
+#include "monitor/monitor.h"
+#include "monitor/transfers.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+using namespace orm;
+
+namespace {
+
+constexpr int Rounds = 5;
+
+bool runUntil(const std::function<bool()>& done, int ms)
+{
+    QDeadlineTimer deadline(ms);
+    while (!done()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    return true;
+}
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v.empty() ? 0 : v.size() % 2 ? v[v.size() / 2] : (v[v.size() / 2 - 1] + v[v.size() / 2]) / 2;
+}
+
+double curlSpeed(const QString& url)
+{
+    QProcess curl;
+    curl.start(QStringLiteral("curl"), {QStringLiteral("-s"), QStringLiteral("-o"), QStringLiteral("/dev/null"),
+                                        QStringLiteral("-w"), QStringLiteral("%{speed_download}"), url});
+    if (!curl.waitForFinished(60000) || curl.exitCode() != 0)
+        return 0;
+    return curl.readAllStandardOutput().trimmed().toDouble();
+}
+
+// One measured transfer of the Node: a tick starts it, its events end it.
+double nodeSpeed(Monitor& monitor)
+{
+    Node& n = monitor.Sensors[0].Nodes[0];
+    monitor.TimerData();
+    if (!n.WebsiteBusy || !runUntil([&] { return !n.WebsiteBusy; }, 60000))
+        return 0;
+    return n.Bandwidth;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    QProcess server;
+    server.start(QCoreApplication::applicationDirPath() + QStringLiteral("/../ormivane"),
+                 {QStringLiteral("--speedtest-server"), QStringLiteral("127.0.0.1:0")});
+    if (!server.waitForStarted(5000) || !server.waitForReadyRead(10000)) {
+        std::fprintf(stderr, "transfer_bench: the endpoint did not start\n");
+        return 1;
+    }
+    const QString base = QString::fromLocal8Bit(server.readLine()).trimmed().section(QLatin1Char(' '), 4, 4);
+
+    // A data folder without "-", which would misread the transfer names.
+    QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/ormbenchXXXXXX"));
+    qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
+    MemoryStore store;
+    store.writeValue(QStringLiteral("Settings"), QStringLiteral("FirstRun"), QStringLiteral("False"));
+    store.writeValue(QStringLiteral("Settings"), QStringLiteral("Sensors"), QStringLiteral("1"));
+    store.writeValue(QStringLiteral("Settings/Sensor1"), QStringLiteral("SampleEverySeconds"), QStringLiteral("1"));
+    store.writeValue(QStringLiteral("Settings/Sensor1/Node1"), QStringLiteral("NodeType"), QStringLiteral("4"));
+    store.writeValue(QStringLiteral("Settings/Sensor1/Node1"), QStringLiteral("DownloadURL"), base);
+    SystemClock clock;
+    auto sources = SourceSet::forLinux();
+    HistoryViewFactory views;
+    MonitorOptions options;
+    options.dataDir = dir.filePath(QStringLiteral("data"));
+    Monitor monitor(options, clock, store, *sources, views);
+    Node* n = nullptr;
+    if (!monitor.startUp() || !runUntil([&] { return monitor.Sensors[0].Nodes[0].WebsiteTested; }, 10000) ||
+        !(n = &monitor.Sensors[0].Nodes[0])->WebsiteReady) {
+        std::fprintf(stderr, "transfer_bench: the Website Node did not pass its test\n");
+        return 1;
+    }
+
+    std::printf("transfer_bench: a Website Node and curl fetch the same file from %s, in turns, %d times each\n",
+                base.toLocal8Bit().constData(), Rounds);
+    std::printf("%-8s %16s %16s %10s\n", "file", "Node median B/s", "curl median B/s", "Node/curl");
+    const struct {
+        const char* label;
+        int option;
+    } files[] = {{"10 MB", 1}, {"100 MB", 4}};
+    for (const auto& f : files) {
+        const QString url = base + QStringLiteral("serverdownload.asp?s=%1").arg(f.option);
+        n->DownloadURL = url;
+        std::vector<double> node, curl;
+        for (int k = 0; k < Rounds; ++k) {
+            node.push_back(nodeSpeed(monitor));
+            curl.push_back(curlSpeed(url));
+        }
+        const double nm = median(node), cm = median(curl);
+        std::printf("%-8s %16.0f %16.0f %10.3f\n", f.label, nm, cm, cm > 0 ? nm / cm : 0.0);
+    }
+    monitor.Closing = true;
+    monitor.unload();
+    server.terminate();
+    server.waitForFinished(5000);
+    return 0;
+}

@@ -1,0 +1,190 @@
+// A headless run with a Speed Test Node and Website Nodes against the
+// program's own endpoint in a process of its own: what they log is what curl
+// measures on the same file, a missing file is counted and written to the
+// error file on every sample, and a closed port never passes its test.
+#include "../e2e/run_headless.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTcpServer>
+#include <algorithm>
+#include <gtest/gtest.h>
+
+using namespace orm::test;
+
+namespace {
+
+QCoreApplication& app()
+{
+    static int argc = 1;
+    static char name[] = "headless_transfers_test";
+    static char* argv[] = {name, nullptr};
+    static QCoreApplication instance(argc, argv);
+    return instance;
+}
+
+double median(std::vector<double> v)
+{
+    if (v.empty())
+        return 0;
+    std::sort(v.begin(), v.end());
+    return v.size() % 2 ? v[v.size() / 2] : (v[v.size() / 2 - 1] + v[v.size() / 2]) / 2;
+}
+
+// curl's own figure for one fetch, in bytes a second.
+double curlSpeed(const QString& url)
+{
+    QProcess curl;
+    curl.start(QStringLiteral("curl"), {QStringLiteral("-s"), QStringLiteral("-o"), QStringLiteral("/dev/null"),
+                                        QStringLiteral("-w"), QStringLiteral("%{speed_download}"), url});
+    if (!curl.waitForFinished(30000) || curl.exitCode() != 0)
+        return 0;
+    return curl.readAllStandardOutput().trimmed().toDouble();
+}
+
+class Endpoint {
+public:
+    Endpoint()
+    {
+        process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--speedtest-server"), QStringLiteral("127.0.0.1:0")});
+        process.waitForStarted(5000);
+        process.waitForReadyRead(10000);
+        const QString line = QString::fromLocal8Bit(process.readLine()).trimmed();
+        const QString url = line.section(QLatin1Char(' '), 4, 4);  // http://127.0.0.1:P/
+        port = url.section(QLatin1Char(':'), 2, 2).remove(QLatin1Char('/')).toUShort();
+    }
+    ~Endpoint()
+    {
+        process.terminate();
+        if (!process.waitForFinished(5000))
+            process.kill();
+        process.waitForFinished(5000);
+    }
+    QString url(const QString& path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port).arg(path); }
+    QProcess process;
+    quint16 port = 0;
+};
+
+TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
+{
+    app();
+    Endpoint server;
+    ASSERT_NE(server.port, 0);
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost, 0);
+    const quint16 closed = probe.serverPort();
+    probe.close();
+
+    // A data folder without "-": a "-" there misreads the transfer names.
+    QTemporaryDir data(QDir::tempPath() + QStringLiteral("/ormheadlessXXXXXX"));
+    ASSERT_FALSE(data.path().contains(QLatin1Char('-')));
+    HeadlessRun run;
+    run.dataDir = data.path();
+    const QString file = server.url(QStringLiteral("/serverdownload.asp?s=1"));
+    const QString missing = server.url(QStringLiteral("/nosuchfile"));
+    const QString refused = QStringLiteral("http://127.0.0.1:%1/").arg(closed);
+    // The two measured Graphs sample every 4 and every 3 seconds, so that
+    // their transfers meet only now and then; those samples are left out.
+    run.writeSettings({{QStringLiteral("SpeedTestServer"), QStringLiteral("127.0.0.1:%1").arg(server.port)},
+                       {QStringLiteral("Sensors"), QStringLiteral("3")},
+                       {QStringLiteral("Sensor1/SampleEverySeconds"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor1/Node1/NodeType"), QStringLiteral("17")},
+                       {QStringLiteral("Sensor1/Node1/VDDownloadSize"), QStringLiteral("1")},
+                       {QStringLiteral("Sensor2/SampleEverySeconds"), QStringLiteral("3")},
+                       {QStringLiteral("Sensor2/Nodes"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor2/Node1/NodeType"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor2/Node1/DownloadURL"), file},
+                       {QStringLiteral("Sensor2/Node2/NodeType"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor2/Node2/WebsiteMaster"), QStringLiteral("False")},
+                       {QStringLiteral("Sensor2/Node2/WebsiteSlaveToSensor"), QStringLiteral("1")},
+                       {QStringLiteral("Sensor2/Node2/DownloadType"), QStringLiteral("1")},
+                       {QStringLiteral("Sensor2/Node3/NodeType"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor2/Node3/WebsiteMaster"), QStringLiteral("False")},
+                       {QStringLiteral("Sensor2/Node3/WebsiteSlaveToSensor"), QStringLiteral("1")},
+                       {QStringLiteral("Sensor2/Node3/DownloadType"), QStringLiteral("2")},
+                       {QStringLiteral("Sensor2/Node4/NodeType"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor2/Node4/WebsiteMaster"), QStringLiteral("False")},
+                       {QStringLiteral("Sensor2/Node4/WebsiteSlaveToSensor"), QStringLiteral("1")},
+                       {QStringLiteral("Sensor2/Node4/DownloadType"), QStringLiteral("3")},
+                       {QStringLiteral("Sensor3/SampleEverySeconds"), QStringLiteral("1")},
+                       {QStringLiteral("Sensor3/Nodes"), QStringLiteral("2")},
+                       {QStringLiteral("Sensor3/Node1/NodeType"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor3/Node1/DownloadURL"), missing},
+                       {QStringLiteral("Sensor3/Node2/NodeType"), QStringLiteral("4")},
+                       {QStringLiteral("Sensor3/Node2/DownloadURL"), refused}});
+    const int ticks = 26;
+    run.start(ticks, {QStringLiteral("txtDebug"), QStringLiteral("VDDebugMode")});
+
+    // curl fetches the same file between the Nodes' transfers, which start
+    // right after a tick has written its line.
+    std::vector<double> curl;
+    for (int seen = 0; seen < ticks && run.process.state() != QProcess::NotRunning;) {
+        if (!run.waitForValueLines(seen + 1))
+            break;
+        seen = int(run.valueLines().size());
+        QElapsedTimer pause;
+        pause.start();
+        while (pause.elapsed() < 300)
+            run.process.waitForFinished(20);
+        if (seen < ticks)
+            curl.push_back(curlSpeed(file));
+    }
+    ASSERT_TRUE(run.finish());
+    ASSERT_GE(curl.size(), 10u);
+
+    // Values of a column at the due ticks (tick k is value line k), leaving out
+    // those whose transfer ran beside the other Graph's.
+    auto measured = [&](const QString& column, int every, int otherEvery) {
+        const QStringList values = run.column(column);
+        std::vector<double> out;
+        for (int tick = 1 + every; tick <= int(values.size()); tick += every) {
+            const int startedAt = tick - every;
+            if ((startedAt - 1) % otherEvery == 0)
+                continue;
+            out.push_back(values[tick - 1].toDouble());
+        }
+        return out;
+    };
+    const std::vector<double> speed = measured(QStringLiteral("RESULTSERVER_DOWNLOAD"), 4, 3);
+    const std::vector<double> website = measured(QStringLiteral("RESULT_") + file.toUpper(), 3, 4);
+    ASSERT_GE(speed.size(), 3u);
+    ASSERT_GE(website.size(), 4u);
+    const double reference = median(curl);
+    EXPECT_NEAR(median(speed), reference, reference * 0.10) << "Speed Test against curl";
+    EXPECT_NEAR(median(website), reference, reference * 0.10) << "Website Node against curl";
+    std::printf("curl %.0f B/s, Speed Test %.0f B/s, Website %.0f B/s\n", reference, median(speed), median(website));
+
+    // The missing file: 0 on every sample, one more error each, one line each in the error file.
+    const QStringList result = run.column(QStringLiteral("RESULT_") + missing.toUpper());
+    const QStringList errors = run.column(QStringLiteral("RERROR_") + missing.toUpper());
+    ASSERT_EQ(errors.size(), ticks);
+    for (int k = 0; k < ticks; ++k) {
+        EXPECT_EQ(result[k], QStringLiteral("0"));
+        EXPECT_EQ(errors[k].toInt(), k) << "tick " << k + 1;
+    }
+    QFile err(data.filePath(QStringLiteral("Logs/ex") + QDate::currentDate().toString(QStringLiteral("yyyyMMdd")) +
+                            QStringLiteral(".err")));
+    ASSERT_TRUE(err.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromLocal8Bit(err.readAll()).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    EXPECT_GE(lines.size(), ticks - 1);
+    EXPECT_LE(lines.size(), ticks);
+    for (const QString& line : lines)
+        EXPECT_TRUE(line.contains(QStringLiteral(" Graph2 Node0 URL=") + missing + QStringLiteral(" Error - 6(404) - ")))
+            << line.toStdString();
+
+    // The closed port failed its setup test: it reads 0 and never fetched.
+    QFile trace(data.filePath(QStringLiteral("Ormivane.txt")));
+    ASSERT_TRUE(trace.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(trace.readAll().contains("TestDownloadError 1.0"));
+    for (const QString& v : run.column(QStringLiteral("RESULT_") + refused.toUpper()))
+        EXPECT_EQ(v, QStringLiteral("0"));
+    for (const QString& v : run.column(QStringLiteral("RERROR_") + refused.toUpper()))
+        EXPECT_EQ(v, QStringLiteral("0"));
+
+    // Transfers are never waited for inside a tick.
+    for (int ms : run.tickTimes())
+        EXPECT_LT(ms, 200);
+}
+
+}  // namespace
