@@ -85,9 +85,6 @@ void answer(QTcpSocket* socket, bool head, const QByteArray& status, const QByte
 QByteArray defaultSpeedTestLadder()
 {
     return QByteArrayLiteral("500000|30\r\n"
-                             "10000000|60\r\n"
-                             "25000000|120\r\n"
-                             "50000000|300\r\n"
                              "100000000|600\r\n");
 }
 

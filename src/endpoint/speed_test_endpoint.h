@@ -14,8 +14,9 @@
 
 namespace orm {
 
-// The list served when no other is given: 500 KB to 100 MB, with the fewest
-// seconds between two tests growing with the size.
+// The list served when no other is given: 500 KB for a slow line and 100 MB,
+// long enough to time a fast one to a few percent, with the fewest seconds
+// between two tests growing with the size. --variations gives any other.
 QByteArray defaultSpeedTestLadder();
 
 // "[ADDR:]PORT" as given to --speedtest-server: the address (127.0.0.1 when

@@ -36,21 +36,18 @@ TEST_F(SpeedTestNode, TheListComesFromTheEndpointAndRaisesTheInterval)
     EXPECT_TRUE(monitor->TestSetupLoaded);
     EXPECT_FALSE(monitor->TestSetupBusy);
     EXPECT_EQ(optionTexts(), QStringList({QStringLiteral("500K   every 30 seconds"),
-                                          QStringLiteral("10M    every 1 minutes"),
-                                          QStringLiteral("25M    every 2 minutes"),
-                                          QStringLiteral("50M    every 5 minutes"),
                                           QStringLiteral("100M   every 10 minutes")}));
-    EXPECT_EQ(transfers().speedTestMinimum(1), 60);
+    EXPECT_EQ(transfers().speedTestMinimum(1), 600);
     EXPECT_EQ(transfers().speedTestMinimum(5), 0);
 
     QSignalSpy raised(&transfers(), &Transfers::minimumRaised);
     tick();
-    EXPECT_EQ(monitor->Sensors[0].SampleEverySeconds, 60);
+    EXPECT_EQ(monitor->Sensors[0].SampleEverySeconds, 600);
     ASSERT_EQ(raised.size(), 1);
-    EXPECT_EQ(raised[0][1].toInt(), 60);
+    EXPECT_EQ(raised[0][1].toInt(), 600);
     EXPECT_EQ(raised[0][2].toString(), SpeedTestMinimumText);
     EXPECT_EQ(store.readValue(QStringLiteral("Settings/Sensor1"), QStringLiteral("SampleEverySeconds"), QString()),
-              QStringLiteral("60"))
+              QStringLiteral("600"))
         << "saved at once";
 }
 
@@ -67,7 +64,7 @@ TEST_F(SpeedTestNode, VDDebugModeKeepsTheIntervalAndATransferMeasuresTheChosenSi
     ASSERT_TRUE(settle());
     EXPECT_EQ(ended.size(), 1);
     EXPECT_FALSE(node(0, 0).WebsiteBusy);
-    EXPECT_EQ(node(0, 0).Bandwidth, 10000000 / 0.01) << "the clock stood still: 10 ms are taken";
+    EXPECT_EQ(node(0, 0).Bandwidth, 100000000 / 0.01) << "the clock stood still: 10 ms are taken";
 
     // A transfer whose end was lost is started again at the next sample.
     node(0, 0).WebsiteBusy = true;
@@ -80,7 +77,7 @@ TEST_F(SpeedTestNode, VDDebugModeKeepsTheIntervalAndATransferMeasuresTheChosenSi
     const QStringList fields = logLines().filter(QStringLiteral("#Fields: "));
     ASSERT_FALSE(fields.isEmpty());
     EXPECT_TRUE(fields.last().endsWith(QStringLiteral(",RESULTSERVER_DOWNLOAD")));
-    EXPECT_EQ(logLines().last().section(QLatin1Char(','), -1), QStringLiteral("1000000000"));
+    EXPECT_EQ(logLines().last().section(QLatin1Char(','), -1), QStringLiteral("10000000000"));
 }
 
 TEST_F(SpeedTestNode, WithoutAnEndpointItReadsZeroAndAsksNothing)
@@ -136,7 +133,7 @@ TEST_F(SpeedTestNode, ANewEndpointIsAskedAtOnce)
     EXPECT_EQ(monitor->Settings.SpeedTestServer, QStringLiteral("127.0.0.1:%1").arg(server.port()));
     ASSERT_TRUE(settle());
     EXPECT_TRUE(monitor->TestSetupLoaded);
-    EXPECT_EQ(transfers().DownloadOptions.size(), 5u);
+    EXPECT_EQ(transfers().DownloadOptions.size(), 2u);
     EXPECT_EQ(loaded.size(), 2) << "emptied, then loaded";
 }
 

@@ -93,7 +93,7 @@ TEST_F(WebsiteNodes, AnIdleMasterIsDueABusyOneWaitsAndALostOneStartsAgain)
 TEST_F(WebsiteNodes, TicksMeasureTheEndpointAndCountEveryFailedSampleOfAMissingFile)
 {
     LocalEndpoint server;
-    const QString good = server.url(QStringLiteral("/serverdownload.asp?s=1"));
+    const QString good = server.url(QStringLiteral("/serverdownload.asp?s=0"));
     const QString missing = server.url(QStringLiteral("/nosuchfile"));
     graph(0, 1, {website(good), slave(0, 0, 1), website(missing), slave(0, 2, 3)});
     ASSERT_TRUE(start());

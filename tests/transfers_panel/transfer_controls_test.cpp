@@ -51,9 +51,9 @@ TEST_F(TransferControls, TheUrlTestSaysWhatItFoundInTheWordsAndColoursOfThePanel
     typeUrl(QStringLiteral("http://"));
     EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:          Bad URL"));
 
-    typeUrl(server.url(QStringLiteral("/serverdownload.asp?s=4")));
+    typeUrl(server.url(QStringLiteral("/serverdownload.asp?s=1")));
     EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:              Testing Link..."));
-    EXPECT_EQ(stored(0, 0, "DownloadURL"), server.url(QStringLiteral("/serverdownload.asp?s=4")));
+    EXPECT_EQ(stored(0, 0, "DownloadURL"), server.url(QStringLiteral("/serverdownload.asp?s=1")));
     ASSERT_TRUE(testsEnd());
     EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:           Link Test Passed"));
     EXPECT_EQ(urlColour(), fromBgr(65280));
@@ -96,7 +96,7 @@ TEST_F(TransferControls, TheOptionsComeFromTheEndpointAndAChoiceKeepsTheMinimum)
 {
     LocalEndpoint server;
     node(0, 0).NodeType = SpeedTestType;
-    node(0, 0).VDDownloadSize = 2;
+    node(0, 0).VDDownloadSize = 1;
     panel->load(0, 0);
     auto* options = child<QComboBox>(QStringLiteral("cmbDownloadOptions"));
     EXPECT_EQ(options->count(), 0) << "no endpoint named yet";
@@ -110,18 +110,16 @@ TEST_F(TransferControls, TheOptionsComeFromTheEndpointAndAChoiceKeepsTheMinimum)
     QStringList texts;
     for (int k = 0; k < options->count(); ++k)
         texts << options->itemText(k);
-    EXPECT_EQ(texts, QStringList({QStringLiteral("500K   every 30 seconds"), QStringLiteral("10M    every 1 minutes"),
-                                  QStringLiteral("25M    every 2 minutes"), QStringLiteral("50M    every 5 minutes"),
-                                  QStringLiteral("100M   every 10 minutes")}));
-    EXPECT_EQ(options->currentIndex(), 2) << "the Node's choice stands";
-    EXPECT_EQ(options->itemData(1).toInt(), 60);
+    EXPECT_EQ(texts, QStringList({QStringLiteral("500K   every 30 seconds"), QStringLiteral("100M   every 10 minutes")}));
+    EXPECT_EQ(options->currentIndex(), 1) << "the Node's choice stands";
+    EXPECT_EQ(options->itemData(1).toInt(), 600);
 
     monitor->Sensors[0].SampleEverySeconds = 5;
-    choose(QStringLiteral("cmbDownloadOptions"), 1);
-    EXPECT_EQ(stored(0, 0, "VDDownloadSize"), QStringLiteral("1"));
-    EXPECT_EQ(monitor->Sensors[0].SampleEverySeconds, 60);
+    choose(QStringLiteral("cmbDownloadOptions"), 0);
+    EXPECT_EQ(stored(0, 0, "VDDownloadSize"), QStringLiteral("0"));
+    EXPECT_EQ(monitor->Sensors[0].SampleEverySeconds, 30);
     EXPECT_EQ(storedValue(QStringLiteral("Settings/Sensor1"), QStringLiteral("SampleEverySeconds")),
-              QStringLiteral("60"));
+              QStringLiteral("30"));
 }
 
 TEST_F(TransferControls, ForcingATestRunsItOnTheNextTickAndTheButtonComesBack)
