@@ -64,11 +64,12 @@ int runSpeedTestServer(int argc, char* argv[])
         return fail(QStringLiteral("--variations %1: %2").arg(parser.value(variations), check.error));
 
     SpeedTestEndpoint endpoint(list);
-    const quint16 port = endpoint.listen(at.address, at.port);
+    const quint16 port = endpoint.listenAt(at);
+    const QHostAddress address = at.address.isNull() ? QHostAddress(QHostAddress::LocalHost) : at.address;
     if (port == 0)
-        return fail(QStringLiteral("cannot listen on %1 port %2").arg(at.address.toString()).arg(at.port));
-    QString host = at.address.toString();
-    if (at.address.protocol() == QAbstractSocket::IPv6Protocol)
+        return fail(QStringLiteral("cannot listen on %1 port %2").arg(address.toString()).arg(at.port));
+    QString host = address.toString();
+    if (address.protocol() == QAbstractSocket::IPv6Protocol)
         host = QLatin1Char('[') + host + QLatin1Char(']');
     std::printf("Speed test endpoint on http://%s:%u/ with %zu sizes\n", host.toLocal8Bit().constData(), port,
                 endpoint.options().size());

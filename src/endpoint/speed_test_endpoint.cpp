@@ -88,35 +88,14 @@ QByteArray defaultSpeedTestLadder()
                              "100000000|600\r\n");
 }
 
-ListenAddress parseListenAddress(const QString& text)
-{
-    ListenAddress r;
-    QString host = QStringLiteral("127.0.0.1");
-    QString port = text.trimmed();
-    const qsizetype colon = port.lastIndexOf(QLatin1Char(':'));
-    if (colon >= 0) {
-        host = port.left(colon);
-        port = port.mid(colon + 1);
-        if (host.startsWith(QLatin1Char('[')) && host.endsWith(QLatin1Char(']')))
-            host = host.mid(1, host.size() - 2);
-    }
-    bool ok = false;
-    const uint p = port.toUInt(&ok);
-    if (!ok || p > 65535) {
-        r.error = QStringLiteral("\"%1\" is not [ADDR:]PORT: the port must be a number from 0 to 65535").arg(text);
-        return r;
-    }
-    if (!r.address.setAddress(host)) {
-        r.error = QStringLiteral("\"%1\" is not [ADDR:]PORT: \"%2\" is not an IP address").arg(text, host);
-        return r;
-    }
-    r.port = quint16(p);
-    return r;
-}
-
 SpeedTestEndpoint::SpeedTestEndpoint(QByteArray list, QObject* parent)
     : QAbstractHttpServer(parent), list_(std::move(list)), options_(checkDownloadOptions(list_).options)
 {
+}
+
+quint16 SpeedTestEndpoint::listenAt(const ListenAddress& at)
+{
+    return listen(at.address.isNull() ? QHostAddress(QHostAddress::LocalHost) : at.address, at.port);
 }
 
 bool SpeedTestEndpoint::handleRequest(const QHttpServerRequest& request, QTcpSocket* socket)

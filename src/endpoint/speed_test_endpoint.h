@@ -4,11 +4,11 @@
 // the setup test of a Website Node pointed at it passes; any other path is 404.
 #pragma once
 
+#include "endpoint/listen_address.h"
 #include "sources/download_options.h"
 
 #include <QAbstractHttpServer>
 #include <QByteArray>
-#include <QHostAddress>
 #include <QString>
 #include <vector>
 
@@ -19,15 +19,6 @@ namespace orm {
 // between two tests growing with the size. --variations gives any other.
 QByteArray defaultSpeedTestLadder();
 
-// "[ADDR:]PORT" as given to --speedtest-server: the address (127.0.0.1 when
-// none is given) and the port. An IPv6 address is written in brackets.
-struct ListenAddress {
-    QHostAddress address;
-    quint16 port = 0;
-    QString error;  // why the text is not an address and port
-};
-ListenAddress parseListenAddress(const QString& text);
-
 class SpeedTestEndpoint : public QAbstractHttpServer {
     Q_OBJECT
 public:
@@ -35,6 +26,9 @@ public:
     explicit SpeedTestEndpoint(QByteArray list, QObject* parent = nullptr);
 
     const std::vector<DownloadOption>& options() const { return options_; }
+    // Listens where `at` says, on 127.0.0.1 when it names no address: the
+    // port, or 0 when it cannot.
+    quint16 listenAt(const ListenAddress& at);
 
 protected:
     bool handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) override;

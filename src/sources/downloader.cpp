@@ -2,6 +2,7 @@
 
 #include "sources/transfer_errors.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -17,6 +18,7 @@ struct Downloader::Transfer {
     quint64 id = 0;
     QPointer<QNetworkReply> reply;
     QPointer<QTimer> stall;
+    QElapsedTimer sinceByte;  // read on the stall timer's firing, so that a byte costs no timer restart
     QByteArray body;  // only when saved
     qint64 received = 0;
     bool started = false;
@@ -106,11 +108,16 @@ bool Downloader::BeginDownload(const QString& target, const QString& name)
         const auto found = running_.find(name);
         if (found == running_.end() || found->second->id != id)
             return;
-        found->second->stall->start();
+        found->second->sinceByte.restart();
         if (total > 0)
             emit DownloadProgress(name, total, read);
     });
-    connect(reply, &QNetworkReply::uploadProgress, ref.stall, qOverload<>(&QTimer::start));
+    connect(reply, &QNetworkReply::uploadProgress, this, [this, name, id] {
+        const auto found = running_.find(name);
+        if (found != running_.end() && found->second->id == id)
+            found->second->sinceByte.restart();
+    });
+    ref.sinceByte.start();
     ref.stall->start();
     return true;
 }
@@ -129,8 +136,7 @@ void Downloader::CancelAllDownload()
 
 void Downloader::started(Transfer& t)
 {
-    if (t.stall)
-        t.stall->start();
+    t.sinceByte.restart();
     if (t.started)
         return;
     t.started = true;
@@ -152,7 +158,7 @@ void Downloader::dataArrived(Transfer& t)
         if (still == running_.end() || still->second->id != id)
             return;
     }
-    t.stall->start();
+    t.sinceByte.restart();
     if (SaveFiles) {
         const QByteArray chunk = reply->readAll();
         t.received += chunk.size();
@@ -174,6 +180,11 @@ void Downloader::dataArrived(Transfer& t)
 
 void Downloader::stalled(Transfer& t)
 {
+    const qint64 quiet = t.sinceByte.elapsed();
+    if (quiet < stallMs_) {
+        t.stall->start(int(stallMs_ - quiet));  // bytes came meanwhile: wait out the rest
+        return;
+    }
     t.stalled = true;
     if (t.reply)
         t.reply->abort();  // finished() follows at once
