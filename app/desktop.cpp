@@ -11,6 +11,7 @@
 #include "shell/graph_printer.h"
 #include "shell/graph_window.h"
 #include "shell/graph_windows.h"
+#include "shell/log_viewer_panel.h"
 #include "shell/message_dialog.h"
 #include "shell/program_alert_host.h"
 #include "shell/program_tray.h"
@@ -161,6 +162,8 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
 
     // One window per Graph, showing the picture its view draws.
     windows.openAll();
+    // A Log Graph loaded at start has its columns read, as a new one has.
+    panel.logViewer()->refreshAllHeaders();
     // The start-up tip points at the first Graph's row in the tree: no window may hide it.
     if (monitor.firstStart && panel.isVisible())
         windows.keepClearOf(QRect(panel.tree()->mapToGlobal(QPoint(0, 0)), panel.tree()->size()));

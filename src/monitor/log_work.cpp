@@ -97,20 +97,27 @@ void LogWork::traceSkips(const QString& procedure)
         trace(procedure + QStringLiteral(" 1.5 skipped ") + skips_.describe());
 }
 
-void LogWork::RefreshLogHeaders(int graph)
+bool LogWork::beginRefresh(int graph, bool& flag, const QString& procedure, const QString& status)
 {
     if (ExportingLog) {
         host_.showMessage(RefreshWhileExportingText);
-        return;
+        return false;
     }
     // One reader at a time: a second would read beside the first.
     if (busy() || !validGraph(graph))
-        return;
-    debugLog().enter(QStringLiteral("RefreshLogHeaders"));
-    RefreshingLogHeaders = true;
+        return false;
+    debugLog().enter(procedure);
+    flag = true;
     workGraph_ = graph;
     host_.workChanged();
-    host_.setStatus(RefreshingHeadersText);
+    host_.setStatus(status);
+    return true;
+}
+
+void LogWork::RefreshLogHeaders(int graph)
+{
+    if (!beginRefresh(graph, RefreshingLogHeaders, QStringLiteral("RefreshLogHeaders"), RefreshingHeadersText))
+        return;
     const LogReadRange range = rangeOf(graph);
     monitor_.Sensors[size_t(graph)].LogRecordCount = 0;
     skips_ = {};
@@ -153,17 +160,8 @@ void LogWork::RefreshLogHeaders(int graph)
 
 void LogWork::RefreshLogGraph(int graph)
 {
-    if (ExportingLog) {
-        host_.showMessage(RefreshWhileExportingText);
+    if (!beginRefresh(graph, RefreshingLogGraph, QStringLiteral("RefreshLogGraph"), RedrawingGraphText))
         return;
-    }
-    if (busy() || !validGraph(graph))
-        return;
-    debugLog().enter(QStringLiteral("RefreshLogGraph"));
-    RefreshingLogGraph = true;
-    workGraph_ = graph;
-    host_.workChanged();
-    host_.setStatus(RedrawingGraphText);
     GraphView* view = viewOf(graph);
     if (view) {
         view->SetUpNodes(true);

@@ -96,6 +96,8 @@ public:
 
 private:
     bool validGraph(int graph) const;
+    // The guards and the start of a refresh: false when it may not run now.
+    bool beginRefresh(int graph, bool& flag, const QString& procedure, const QString& status);
     GraphView* viewOf(int graph) const;
     LogReadRange rangeOf(int graph) const;
     LogPacer pacer(int graph);

@@ -10,6 +10,7 @@
 #include "shell/graph_panel.h"
 #include "shell/graph_window.h"
 #include "shell/graph_windows.h"
+#include "shell/log_viewer_panel.h"
 #include "shell/node_panel.h"
 #include "shell/panel_help_texts.h"
 #include "shell/vista_tree.h"
@@ -23,6 +24,7 @@
 #include <QMouseEvent>
 #include <QStackedWidget>
 #include <QTextStream>
+#include <QTreeWidget>
 
 namespace orm {
 
@@ -100,6 +102,10 @@ void ControlPanel::showRow(bool isParent, int graph, int node)
         w->setSizePolicy(w == page ? QSizePolicy::Preferred : QSizePolicy::Ignored,
                          w == page ? QSizePolicy::Preferred : QSizePolicy::Ignored);
     stack_->setCurrentWidget(page);
+    const bool logGraph = monitor_.Sensors[size_t(graph)].LogGraph;
+    if (logGraph)
+        logViewer_->load(graph, isParent ? -1 : node);
+    logViewer_->setVisible(logGraph);
 }
 
 void ControlPanel::setSensorError(const QString& text)
@@ -118,11 +124,29 @@ void ControlPanel::addGraph()
     selectRow(graph, -1);
 }
 
+void ControlPanel::addLogGraph()
+{
+    monitor_.AddSensor(true);
+    const int graph = int(monitor_.Sensors.size()) - 1;
+    windows_.added(graph);
+    rebuildTree();
+    selectRow(graph, -1);
+    logViewer_->work().RefreshLogHeaders(graph);
+}
+
+void ControlPanel::graphsReshaped(bool graphsMoved)
+{
+    // The list of columns holds for its Graph's index, which a delete moves.
+    if (graphsMoved || logViewer_->work().busy())
+        logViewer_->work().graphsChanged();
+}
+
 void ControlPanel::addNode(int graph)
 {
     const int node = orm::AddNode(monitor_, graph);
     if (node < 0)
         return;
+    graphsReshaped(false);
     windows_.nodesChanged(graph);
     rebuildTree();
     selectRow(graph, node);
@@ -131,6 +155,8 @@ void ControlPanel::addNode(int graph)
 void ControlPanel::deleteNode(int graph, int node)
 {
     const EditResult r = orm::DeleteNode(monitor_, monitor_.store(), *prompts_, graph, node, &GraphWindows::rebind);
+    if (r == EditResult::Done || r == EditResult::GraphDeleted)
+        graphsReshaped(r == EditResult::GraphDeleted);
     if (r == EditResult::Done) {
         windows_.nodeRemoved(graph, node);
         removeRow(graph, node, graph, std::min(node, int(monitor_.Sensors[size_t(graph)].Nodes.size()) - 1));
@@ -144,6 +170,7 @@ void ControlPanel::deleteGraph(int graph)
 {
     if (orm::DeleteGraph(monitor_, monitor_.store(), *prompts_, graph, &GraphWindows::rebind) != EditResult::Done)
         return;
+    graphsReshaped(true);
     windows_.graphRemoved(graph);
     removeRow(graph, -1, std::min(graph, int(monitor_.Sensors.size()) - 1), -1);
 }
@@ -323,6 +350,15 @@ bool ControlPanel::writeWidgetMap(const QString& path) const
                          QRect(origin + QPoint(TreeGeometry::ChildX, ct),
                                QSize(TreeGeometry::RowWidth - TreeGeometry::ChildX, TreeGeometry::RowHeight)));
             }
+        }
+    }
+    if (logViewer_->isVisible()) {
+        const auto* list = logViewer_->findChild<QTreeWidget*>(QStringLiteral("lstvwLogs"));
+        for (int k = 0; list && k < list->topLevelItemCount(); ++k) {
+            const QRect r = list->visualItemRect(list->topLevelItem(k));
+            if (!r.isEmpty())
+                line(QStringLiteral("lstvwLogs(%1)").arg(k),
+                     QRect(list->viewport()->mapToGlobal(r.topLeft()), r.size()));
         }
     }
     for (int g = 0; g < windows_.count(); ++g) {

@@ -22,6 +22,7 @@ namespace orm {
 class CustomToolTip;
 class GraphPanel;
 class GraphWindows;
+class LogViewerPanel;
 class Monitor;
 class NodePanel;
 class VistaTree;
@@ -60,6 +61,8 @@ public:
 
     // The four structural edits and the type-free ones of the tree menu.
     void addGraph();
+    // imgViewLogs: a new Log Graph, its columns read at once.
+    void addLogGraph();
     void addNode(int graph);
     void deleteNode(int graph, int node);
     void deleteGraph(int graph);
@@ -68,6 +71,8 @@ public:
     VistaTree* tree() const { return tree_; }
     GraphPanel* graphPanel() const { return graphPanel_; }
     NodePanel* nodePanel() const { return nodePanel_; }
+    // The log viewer panel, shown for the rows of a Log Graph.
+    LogViewerPanel* logViewer() const { return logViewer_; }
     QLabel* retrievalLabel() const { return lblDataRetrieval_; }
     QLabel* sensorErrorLabel() const { return lblSensorError_; }
     QLabel* statusLabel() const { return lblStatus_; }
@@ -77,8 +82,9 @@ public:
     QMenu* treeMenu() const { return treeMenu_; }
     CustomToolTip& toolTips() const { return *tips_; }
 
-    // Writes the screen rectangle of every named control that shows, and of
-    // each tree row, one per line: name, x, y, width, height. For automation.
+    // Writes the screen rectangle of every named control that shows, of each
+    // tree row and of each row of lstvwLogs, one per line: name, x, y, width,
+    // height. For automation.
     bool writeWidgetMap(const QString& path) const;
 
 signals:
@@ -110,6 +116,8 @@ private:
     void setSensorError(const QString& text);
     // A deleted row leaves the tree; `nextGraph`/`nextNode` is selected after.
     void removeRow(int graph, int node, int nextGraph, int nextNode);
+    // A Graph or its Nodes changed shape: a reading under way belongs to nothing any more.
+    void graphsReshaped(bool graphsMoved);
     void settle();
     // The widget map, when the environment asks for one (ORMIVANE_WIDGET_MAP).
     void updateWidgetMap() const;
@@ -123,6 +131,7 @@ private:
     QStackedWidget* stack_ = nullptr;
     GraphPanel* graphPanel_ = nullptr;
     NodePanel* nodePanel_ = nullptr;
+    LogViewerPanel* logViewer_ = nullptr;
     QLabel* lblDataRetrieval_ = nullptr;
     QLabel* lblSensorError_ = nullptr;
     QLabel* lblStatus_ = nullptr;

@@ -7,7 +7,9 @@
 #include "model/version.h"
 #include "shell/custom_tool_tip.h"
 #include "shell/graph_panel.h"
+#include "shell/graph_window.h"
 #include "shell/graph_windows.h"
+#include "shell/log_viewer_panel.h"
 #include "shell/node_panel.h"
 #include "shell/vista_tree.h"
 
@@ -42,6 +44,7 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
     nodeButtons->addWidget(makeButton(QStringLiteral("imgAddNode"), QStringLiteral("+ Node")));
     nodeButtons->addWidget(makeButton(QStringLiteral("imgDeleteNode"), QStringLiteral("- Node")));
     left->addLayout(nodeButtons);
+    left->addWidget(makeButton(QStringLiteral("imgViewLogs"), QStringLiteral("View Logs")));
     lblDataRetrieval_ = new QLabel(central);
     lblDataRetrieval_->setObjectName(QStringLiteral("lblDataRetrieval"));
     lblDataRetrieval_->installEventFilter(this);
@@ -72,6 +75,14 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
     scroller->setWidgetResizable(true);
     scroller->setWidget(stack_);
     right->addWidget(scroller, 1);
+    logViewer_ = new LogViewerPanel(monitor_, windows_, central);
+    logViewer_->hide();
+    logViewer_->showStatus = [this](const QString& text) { showStatus(text); };
+    logViewer_->repaintGraph = [this](int graph) {
+        if (GraphWindow* w = windows_.window(graph))
+            w->refresh();
+    };
+    right->addWidget(logViewer_);
     layout->addLayout(right, 1);
     setCentralWidget(central);
 
@@ -86,6 +97,10 @@ ControlPanel::ControlPanel(Monitor& monitor, GraphWindows& windows, QWidget* par
         if (stack_->currentWidget() == graphPanel_ && graphPanel_->graph() == graph)
             graphPanel_->load(graph);  // txtSampleSeconds shows the new interval
         setSensorError(text);
+    });
+    connect(logViewer_, &LogViewerPanel::nodeChanged, this, [this](int graph, int node) {
+        rebuildTree();
+        showRow(false, graph, node);
     });
 
     connect(tree_, &VistaTree::addClicked, this, [this](int graph) {
@@ -135,6 +150,8 @@ QToolButton* ControlPanel::makeButton(const QString& name, const QString& text)
         selectedGraphAndNode(graph, node);
         if (name == QLatin1String("imgAddSensor"))
             addGraph();
+        else if (name == QLatin1String("imgViewLogs"))
+            addLogGraph();
         else if (graph < 0)
             return;
         else if (name == QLatin1String("imgDeleteSensor"))

@@ -11,7 +11,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
@@ -19,7 +18,6 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QToolButton>
-#include <QTreeWidget>
 #include <cmath>
 #include <limits>
 
@@ -33,15 +31,6 @@ constexpr qint32 Graph::*ColourFields[7] = {
     &Graph::GraphNameColor,      &Graph::GraphGridLabelColor,         &Graph::GraphInteriorGridColorLight,
     &Graph::GraphCrossHairColor,
 };
-
-// A yyyymmddhhnnss number as a moment; an unset or malformed one is invalid.
-QDateTime momentOf(double number)
-{
-    if (!(number > 0) || number >= 1e14)
-        return {};
-    const QString digits = QString::number(qint64(number)).rightJustified(14, QLatin1Char('0'));
-    return QDateTime::fromString(digits, QStringLiteral("yyyyMMddHHmmss"));
-}
 
 // A scale maximum as the scroll bar can hold it.
 int scrollValue(double v)
@@ -126,14 +115,6 @@ void GraphPanel::load(int graph)
         showColour(k, g.*ColourFields[k]);
     txtGraphDescription_->setText(g.Description);
     imgVisibleSensor_->setChecked(g.Visible);
-
-    fraLogViewer_->setVisible(g.LogGraph);
-    lstvwLogs_->clear();
-    const QDateTime start = momentOf(g.LogStart), end = momentOf(g.LogEnd);
-    if (start.isValid())
-        DTPickerStart_->setDateTime(start);
-    if (end.isValid())
-        DTPickerEnd_->setDateTime(end);
 }
 
 void GraphPanel::setMaxControlsEnabled(bool enabled)

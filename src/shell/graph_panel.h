@@ -17,13 +17,11 @@
 
 class QCheckBox;
 class QComboBox;
-class QDateTimeEdit;
 class QLabel;
 class QLineEdit;
 class QScrollBar;
 class QSlider;
 class QToolButton;
-class QTreeWidget;
 
 namespace orm {
 
@@ -58,7 +56,6 @@ private:
     QWidget* buildScale();
     QWidget* buildLook();
     QWidget* buildColours();
-    QWidget* buildLogViewer();
     void connectControls();
 
     // The Graph being edited, or null when the index went stale.
@@ -115,10 +112,6 @@ private:
     std::array<QToolButton*, 7> lblGraphColors_{};
     QLineEdit* txtGraphDescription_ = nullptr;
     QToolButton* imgVisibleSensor_ = nullptr;
-    QWidget* fraLogViewer_ = nullptr;
-    QDateTimeEdit* DTPickerStart_ = nullptr;
-    QDateTimeEdit* DTPickerEnd_ = nullptr;
-    QTreeWidget* lstvwLogs_ = nullptr;
 };
 
 }  // namespace orm

@@ -9,7 +9,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -19,7 +18,6 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QToolButton>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 #include <type_traits>
 
@@ -113,7 +111,6 @@ void GraphPanel::build()
     columns->addLayout(right, 1);
     root->addLayout(columns);
 
-    root->addWidget(buildLogViewer());
     root->addStretch(1);
 }
 
@@ -222,29 +219,6 @@ QWidget* GraphPanel::buildColours()
         grid->addWidget(new QLabel(QString::fromLatin1(ColourCaptions[k])), row, col + 1);
     }
     return box;
-}
-
-QWidget* GraphPanel::buildLogViewer()
-{
-    fraLogViewer_ = named(new QGroupBox(QStringLiteral("Log View")), "fraLogViewer");
-    auto* grid = new QGridLayout(fraLogViewer_);
-    DTPickerStart_ = named(new QDateTimeEdit, "DTPickerStart");
-    DTPickerEnd_ = named(new QDateTimeEdit, "DTPickerEnd");
-    for (QDateTimeEdit* d : {DTPickerStart_, DTPickerEnd_})
-        d->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    grid->addWidget(new QLabel(QStringLiteral("From")), 0, 0);
-    grid->addWidget(DTPickerStart_, 0, 1);
-    grid->addWidget(new QLabel(QStringLiteral("To")), 0, 2);
-    grid->addWidget(DTPickerEnd_, 0, 3);
-    lstvwLogs_ = named(new QTreeWidget, "lstvwLogs");
-    lstvwLogs_->setHeaderLabels({QStringLiteral("Field"), QStringLiteral("Records")});
-    lstvwLogs_->setRootIsDecorated(false);
-    lstvwLogs_->setFixedHeight(60);
-    grid->addWidget(lstvwLogs_, 1, 0, 1, 4);
-    // Inert until Log Graphs can be replayed.
-    fraLogViewer_->setEnabled(false);
-    fraLogViewer_->hide();
-    return fraLogViewer_;
 }
 
 void GraphPanel::connectControls()

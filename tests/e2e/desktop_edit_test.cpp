@@ -1,8 +1,10 @@
 // A person's walk through the control panel with mouse and keyboard only,
 // played with xdotool on the real windows: add a Graph, add a RAM and a Ping
 // Node, set the ping target, make it a Bar Graph, rename a Node, hide and show
-// the Graph, delete a Node; after a restart all of it is still there.
+// the Graph, delete a Node; after a restart all of it is still there. And a
+// Log Graph over stored logs: its range, two columns, the refresh, the export.
 #include "desktop_session.h"
+#include "../logging/log_corpus.h"
 
 #include <QSettings>
 
@@ -43,9 +45,8 @@ protected:
             GTEST_SKIP() << "no virtual X server could be started";
     }
 
-    void start(HeadlessRun& r)
+    void start(HeadlessRun& r, QProcessEnvironment extra = {})
     {
-        QProcessEnvironment extra;
         extra.insert(QStringLiteral("ORMIVANE_WIDGET_MAP"), mapPath(r));
         QFile::remove(mapPath(r));
         startOnDisplay(r, extra);
@@ -120,6 +121,30 @@ protected:
     }
     static void xdo(const QStringList& args) { run(QStringLiteral("xdotool"), args); }
 
+    // The first start's tip stands in a balloon over the panel's corner: a click puts it away.
+    void dismissBalloon(WidgetMap& map)
+    {
+        if (!waitFor([&] { return map.has(QStringLiteral("QBalloonTip")); }, 4000))
+            return;
+        for (int tries = 0; tries < 3 && map.has(QStringLiteral("QBalloonTip")); ++tries) {
+            click(map, QStringLiteral("QBalloonTip"));
+            waitFor([&] { return !map.has(QStringLiteral("QBalloonTip")); }, 2500);
+        }
+    }
+    // A date or time picker: its first field clicked and, stepped up and back
+    // down, selected; then the digits typed (each field moves on to the next
+    // when full), and Return.
+    void typeIntoPicker(WidgetMap& map, const QString& name, const QString& digits)
+    {
+        if (!click(map, name, 1, QPoint(8, 10)))
+            return;
+        key(QStringLiteral("Up"));
+        key(QStringLiteral("Down"));
+        type(digits);
+        key(QStringLiteral("Return"));
+    }
+    static QImage screen() { return QGuiApplication::primaryScreen()->grabWindow(0).toImage(); }
+
     static QString value(HeadlessRun& r, const QString& key)
     {
         QSettings s(r.config, QSettings::IniFormat);
@@ -142,13 +167,7 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     start(r);
     WidgetMap map(mapPath(r));
     ASSERT_TRUE(waitFor([&] { return map.has(QStringLiteral("row(0)")); }, 6000)) << "no control panel";
-    // The first start's tip stands in a balloon over the panel's corner: a click puts it away.
-    if (waitFor([&] { return map.has(QStringLiteral("QBalloonTip")); }, 4000)) {
-        for (int tries = 0; tries < 3 && map.has(QStringLiteral("QBalloonTip")); ++tries) {
-            click(map, QStringLiteral("QBalloonTip"));
-            waitFor([&] { return !map.has(QStringLiteral("QBalloonTip")); }, 2500);
-        }
-    }
+    dismissBalloon(map);
 
     // A new Graph, with two new Nodes: a RAM Node and a Ping Node.
     // On a busy machine the balloon may come late and take this click: then it is made again.
@@ -221,6 +240,94 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node2/NodeType")), QStringLiteral("8"));
     EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node2/PingIP")), QStringLiteral("127.0.0.1"));
     EXPECT_TRUE(stop(r));
+}
+
+
+TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
+{
+    HeadlessRun r;
+    ASSERT_TRUE(writeCorpus(r.dataDir));
+    // The desktop's opener of documents, standing in for a spreadsheet: it notes what it was asked to open.
+    const QString bin = r.dir.filePath(QStringLiteral("bin"));
+    const QString opened = r.dir.filePath(QStringLiteral("opened.txt"));
+    QDir().mkpath(bin);
+    QFile opener(bin + QStringLiteral("/xdg-open"));
+    ASSERT_TRUE(opener.open(QIODevice::WriteOnly));
+    opener.write(QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$@\" >> '%1'\n").arg(opened).toLocal8Bit());
+    opener.close();
+    opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QProcessEnvironment extra;
+    extra.insert(QStringLiteral("PATH"), bin + QLatin1Char(':') + qEnvironmentVariable("PATH"));
+    extra.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("X-Generic"));
+    start(r, extra);
+    WidgetMap map(mapPath(r));
+    ASSERT_TRUE(waitFor([&] { return map.has(QStringLiteral("row(0)")); }, 6000)) << "no control panel";
+    dismissBalloon(map);
+
+    // A Log Graph from the panel, its window beside it.
+    ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
+    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500))
+        ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
+    ASSERT_TRUE(shown(map, QStringLiteral("graph(1)")));
+    ASSERT_TRUE(shown(map, QStringLiteral("picClock")));
+    // The panel to the top left and the Log Graph's window below it on the right, so both show.
+    const QString panelWindow = windowsNamed(QStringLiteral("Ormivane")).value(0);
+    const QString graphWindow = windowsNamed(QStringLiteral("Log View Graph 2")).value(0);
+    if (!panelWindow.isEmpty())
+        xdo({QStringLiteral("windowmove"), QStringLiteral("--sync"), panelWindow, QStringLiteral("0"), QStringLiteral("0")});
+    if (!graphWindow.isEmpty())
+        xdo({QStringLiteral("windowmove"), QStringLiteral("--sync"), graphWindow, QStringLiteral("706"), QStringLiteral("636")});
+    waitFor([] { return false; }, 1500);  // the map follows the moves
+
+    // The range, typed into the pickers.
+    typeIntoPicker(map, QStringLiteral("DTPickerDateStart"), QStringLiteral("20260304"));
+    typeIntoPicker(map, QStringLiteral("DTPickerStart"), QStringLiteral("120000"));
+    typeIntoPicker(map, QStringLiteral("DTPickerDateEnd"), QStringLiteral("20260306"));
+    typeIntoPicker(map, QStringLiteral("DTPickerEnd"), QStringLiteral("120000"));
+    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/LogStart")) == QLatin1String("20260304120000"); }, 3000))
+        << qPrintable(value(r, QStringLiteral("Sensor2/LogStart")));
+    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/LogEnd")) == QLatin1String("20260306120000"); }, 3000))
+        << qPrintable(value(r, QStringLiteral("Sensor2/LogEnd")));
+
+    // The columns of the range; CPU0 for the first Node, the ping's round trip for a second.
+    ASSERT_TRUE(click(map, QStringLiteral("imgRefreshLogList")));
+    ASSERT_TRUE(shown(map, QStringLiteral("lstvwLogs(6)")));
+    ASSERT_TRUE(click(map, QStringLiteral("row(1,0)")));
+    ASSERT_TRUE(click(map, QStringLiteral("lstvwLogs(2)")));
+    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node1/LogItemView")) == QLatin1String("CPU0"); }, 3000));
+    ASSERT_TRUE(click(map, QStringLiteral("imgAddNode")));
+    ASSERT_TRUE(shown(map, QStringLiteral("row(1,1)")));
+    ASSERT_TRUE(click(map, QStringLiteral("row(1,1)")));
+    ASSERT_TRUE(click(map, QStringLiteral("lstvwLogs(4)")));
+    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node2/LogItemView")) == QLatin1String("PING_RTT_10.0.0.1"); }, 3000));
+
+    // The refresh: the window's plot gets its points at the right end.
+    const QRect window = map.rect(QStringLiteral("graph(1)"));
+    const QRect plotEnd(window.right() - 70, window.top() + 40, 60, window.height() - 80);
+    const QImage before = screen().copy(plotEnd);
+    ASSERT_TRUE(click(map, QStringLiteral("imgRefreshLogGraph")));
+    if (!graphWindow.isEmpty())
+        xdo({QStringLiteral("windowactivate"), QStringLiteral("--sync"), graphWindow});
+    EXPECT_TRUE(waitFor([&] { return screen().copy(plotEnd) != before; }, 5000)) << "the window shows no new points";
+
+    // The export, opened by the desktop's opener.
+    ASSERT_TRUE(click(map, QStringLiteral("imgExportLog")));
+    const QString csv = r.dataDir + QStringLiteral("/LogExport.csv");
+    EXPECT_TRUE(waitFor([&] {
+        QFile f(opened);
+        return f.open(QIODevice::ReadOnly) && QString::fromLocal8Bit(f.readAll()).contains(csv);
+    }, 5000));
+    QFile exported(csv);
+    ASSERT_TRUE(exported.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromLocal8Bit(exported.readAll()).split(QStringLiteral("\r\n")), CorpusCsv);
+
+    // The panel with its clocks and the Log Graph, as the person sees them.
+    if (!graphWindow.isEmpty())
+        xdo({QStringLiteral("windowactivate"), QStringLiteral("--sync"), graphWindow});
+    waitFor([] { return false; }, 800);
+    snapshot(QStringLiteral("log-graph-desktop.png"));
+    ASSERT_TRUE(stop(r));
+    EXPECT_TRUE(QDir(r.dataDir + QStringLiteral("/Logs")).entryList({QStringLiteral("*.log1")}).isEmpty());
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -105,14 +104,8 @@ TEST_F(GraphPanelTest, LoadFillsControlsAndWritesNothing)
     EXPECT_EQ(w<QComboBox>("cmbIconType")->currentText(), QStringLiteral("Graph - 3 Nodes per icon"));
     EXPECT_EQ(w<QLineEdit>("txtGraphDescription")->text(), QStringLiteral("Memory"));
     EXPECT_FALSE(w<QToolButton>("imgVisibleSensor")->isChecked());
-    EXPECT_FALSE(w<QWidget>("fraLogViewer")->isVisible());
 
-    // A Log Graph shows its span, inert for now.
-    graph(2).LogStart = 20240229235958.0;
-    panel->load(2);
-    EXPECT_TRUE(w<QWidget>("fraLogViewer")->isVisible());
-    EXPECT_FALSE(w<QDateTimeEdit>("DTPickerStart")->isEnabled());
-    EXPECT_EQ(w<QDateTimeEdit>("DTPickerStart")->dateTime(), QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58)));
+    panel->load(2);  // a Log Graph
     EXPECT_FALSE(w<QComboBox>("cmbIconType")->isVisible());
     EXPECT_EQ(w<QComboBox>("cmbDataMagnitude")->currentText(), QStringLiteral("mSeconds"));
 
