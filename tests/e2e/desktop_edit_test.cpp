@@ -276,7 +276,7 @@ TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
     if (!panelWindow.isEmpty())
         xdo({QStringLiteral("windowmove"), QStringLiteral("--sync"), panelWindow, QStringLiteral("0"), QStringLiteral("0")});
     if (!graphWindow.isEmpty())
-        xdo({QStringLiteral("windowmove"), QStringLiteral("--sync"), graphWindow, QStringLiteral("706"), QStringLiteral("636")});
+        xdo({QStringLiteral("windowmove"), QStringLiteral("--sync"), graphWindow, QStringLiteral("706"), QStringLiteral("596")});
     waitFor([] { return false; }, 1500);  // the map follows the moves
 
     // The range, typed into the pickers.
