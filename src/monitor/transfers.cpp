@@ -294,14 +294,21 @@ void Transfers::FileDownloadStart(const QString& name, qint64)
 
 namespace {
 
-// The ms a transfer took: from its first byte, or from the request when the
-// start never came, and then the connect time goes back to the one before.
-qint32 transferElapsed(Node& n, qint32 now)
+// The end of a measured transfer, good or not: the ms it took, from its first
+// byte, or from the request when the start never came (and then the connect
+// time goes back to the one before), go into ResponseTime, 1 for none.
+qint32 endTransfer(Node& n, qint32 now)
 {
-    if (n.TransferConnected)
-        return tickDiff(now, qint32(qint64(n.TransferStart)));
-    const qint32 elapsed = tickDiff(now, qint32(qint64(n.ConnectTime)));
-    n.ConnectTime = n.PreviousConnectTime;
+    qint32 elapsed = 0;
+    if (n.TransferConnected) {
+        elapsed = tickDiff(now, qint32(qint64(n.TransferStart)));
+    } else {
+        elapsed = tickDiff(now, qint32(qint64(n.ConnectTime)));
+        n.ConnectTime = n.PreviousConnectTime;
+    }
+    n.ResponseTime = elapsed == 0 ? 1 : elapsed;
+    n.WebsiteBusy = false;
+    n.TransferConnected = false;
     return elapsed;
 }
 
@@ -316,12 +323,9 @@ void Transfers::FileDownloadComplete(double size, const QString& name)
     Node* n = nodeAt(graph, node);
     if (!n)
         return;
-    const qint32 elapsed = transferElapsed(*n, m_.clock().tickCount());
-    n->ResponseTime = elapsed == 0 ? 1 : elapsed;
+    const qint32 elapsed = endTransfer(*n, m_.clock().tickCount());
     const double seconds = (elapsed == 0 ? 10 : elapsed) / 1000.0;
     n->Bandwidth = roundedTo2(size / seconds);
-    n->WebsiteBusy = false;
-    n->TransferConnected = false;
     if (n->NodeType == SpeedTestType)
         emit speedTestEnded();
 }
@@ -336,12 +340,9 @@ void Transfers::FileDownloadError(const QString& name, const QString& target, qi
     Node* n = nodeAt(graph, node);
     if (!n)
         return;
-    const qint32 elapsed = transferElapsed(*n, m_.clock().tickCount());
-    n->ResponseTime = elapsed == 0 ? 1 : elapsed;
+    endTransfer(*n, m_.clock().tickCount());  // the Node stays ready: the next due sample tries again
     n->ErrorCount += 1;
     n->Bandwidth = 0;
-    n->WebsiteBusy = false;
-    n->TransferConnected = false;  // the Node stays ready: the next due sample tries again
     writeErrorFile(graph, node, target, number, description);
     if (!AsyncCopy.AsyncCopyIsTest)
         tellUrl(graph, node, DownloadErrorText, UrlBadColour);

@@ -78,7 +78,6 @@ private:
 
     QNetworkAccessManager manager_;
     std::map<QString, std::unique_ptr<Transfer>> running_;
-    QByteArray scratch_;  // where counted-only bodies are read to and dropped
     int stallMs_ = DefaultStallMs;
     qint64 savedLimit_ = DefaultSavedLimit;
     qint64 countedLimit_ = DefaultCountedLimit;
