@@ -2,6 +2,7 @@
 // signals without any window.
 #include "desktop.h"
 #include "print_option.h"
+#include "run_mode.h"
 #include "speed_test_server.h"
 #include "display/displayed_graph.h"
 #include "model/ini_file_care.h"
@@ -37,31 +38,25 @@ void printLine(FILE* to, const QString& text)
 
 }  // namespace
 
-// Drawing needs a GUI application even without windows (the pictures, the
-// printed page): headless, or with no display to open, they are drawn off-screen.
-bool wantsOffscreen(int argc, char* argv[])
-{
-    // The log commands never open a window either.
-    for (int i = 1; i < argc; ++i)
-        for (const char* option : {"--headless", "--log-headers", "--export-log"})
-            if (qstrcmp(argv[i], option) == 0 || QByteArray(argv[i]).startsWith(QByteArray(option) + '='))
-                return true;
-    return qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-}
-
 int main(int argc, char* argv[])
 {
     if (wantsSpeedTestServer(argc, argv))
         return runSpeedTestServer(argc, argv);
-    const bool withWindows = !wantsOffscreen(argc, argv);
-    if (!withWindows && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    // Drawing needs a GUI application even without windows (the pictures, the
+    // printed page): they are drawn off-screen then. A run that draws nothing
+    // loads no platform plugin and no fonts.
+    const RunMode mode = runMode(argc, argv);
+    const bool withWindows = mode == RunMode::Windows;
+    if (mode == RunMode::Drawing && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    std::unique_ptr<QGuiApplication> application;
+    std::unique_ptr<QCoreApplication> application;
     if (withWindows)
         application = std::make_unique<QApplication>(argc, argv);
-    else
+    else if (mode == RunMode::Drawing)
         application = std::make_unique<QGuiApplication>(argc, argv);
-    QGuiApplication& app = *application;
+    else
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    QCoreApplication& app = *application;
     QCoreApplication::setApplicationName(QString::fromLatin1(ProductName));
     QCoreApplication::setOrganizationName(QString::fromLatin1(CompanyName));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORMIVANE_VERSION));
@@ -170,9 +165,16 @@ int main(int argc, char* argv[])
     IniStore store(configFile);
     auto sources = SourceSet::forLinux();
     Q_UNUSED(headless);  // decided before the application was made
-    DisplayedGraphFactory views(options.commandLine, options.dataDir);
+    // The desktop draws a Graph's picture while its window can be seen, unless
+    // pictures are saved or printed at exit; without windows, every tick or never.
+    const bool picturesAtExit = parser.isSet(snapshot) || printRequest;
+    DisplayedGraphFactory pictures(options.commandLine, options.dataDir,
+                                   withWindows && !picturesAtExit ? Pictures::WhenSeen : Pictures::Always);
+    GraphHistoryFactory histories(options.commandLine);
+    GraphViewFactory& views = mode == RunMode::Counting ? static_cast<GraphViewFactory&>(histories) : pictures;
     Monitor monitor(options, clock, store, *sources, views);
-    views.bind(monitor.Sensors);
+    pictures.bind(monitor.Sensors);
+    histories.bind(monitor.Sensors);
 
     if (isLogCommand) {
         const int status = runLogCommand(monitor, logCommand, stdout, stderr);
@@ -215,7 +217,7 @@ int main(int argc, char* argv[])
     const auto withPrint = [&printFailed](int status) { return status == 0 && printFailed ? 1 : status; };
 
     if (withWindows)
-        return withPrint(runDesktop(monitor, store, views, maxTicks, alertHost));
+        return withPrint(runDesktop(monitor, store, pictures, maxTicks, alertHost));
 
     if (!monitor.startUp()) {
         printLine(stderr, monitor.startError());

@@ -1,7 +1,9 @@
 // What the monitor costs the machine, next to the least a monitor can cost.
 //
-//     overhead [--desktop] [--seconds N]
+//     overhead [--desktop] [--seconds N] [--binary PATH]
 //
+// --binary measures another build of ormivane (an older one, for a figure
+// from before a change) in place of the one built beside the bench.
 // Writes a settings file into a temporary folder (the first-run Graph with its
 // CPU Node and a Line Graph "Ten" of CPU, RAM, Page File, Drive Space "/",
 // Disk R/W "/", Download and Upload on the loopback adapter, Ping 127.0.0.1,
@@ -162,7 +164,7 @@ std::unique_ptr<QProcess> startXvfb(QString& display)
 }
 
 // Runs the floor and ormivane side by side; the figures of both, floor first.
-std::vector<Measured> runSideBySide(bool desktop, int seconds)
+std::vector<Measured> runSideBySide(bool desktop, int seconds, const QString& binary)
 {
     QTemporaryDir dir;
     const QString config = dir.filePath(QStringLiteral("ormivane.conf"));
@@ -191,7 +193,7 @@ std::vector<Measured> runSideBySide(bool desktop, int seconds)
     else
         args.prepend(QStringLiteral("--headless"));
     monitor.setProcessEnvironment(env);
-    monitor.start(QStringLiteral(ORM_BINARY), args);
+    monitor.start(binary, args);
 
     std::vector<Measured> out(2);
     out[0].name = QStringLiteral("floor");
@@ -325,9 +327,14 @@ int main(int argc, char* argv[])
     if (const qsizetype at = args.indexOf(QStringLiteral("--seconds")); at >= 0)
         seconds = std::max(12, args.value(at + 1).toInt());
 
-    std::printf("%s, %d s side by side with the floor\n", desktop ? "windows under Xvfb" : "headless", seconds);
+    QString binary = QStringLiteral(ORM_BINARY);
+    if (const qsizetype at = args.indexOf(QStringLiteral("--binary")); at >= 0)
+        binary = args.value(at + 1);
+
+    std::printf("%s, %d s side by side with the floor (%s)\n", desktop ? "windows under Xvfb" : "headless", seconds,
+                qPrintable(binary));
     std::fflush(stdout);
-    const std::vector<Measured> rows = runSideBySide(desktop, seconds);
+    const std::vector<Measured> rows = runSideBySide(desktop, seconds, binary);
     printFigures(rows, seconds);
     if (!desktop)
         printNodeCosts();

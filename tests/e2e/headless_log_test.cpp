@@ -5,6 +5,8 @@
 #include "run_headless.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
 #include <gtest/gtest.h>
 
 using namespace orm::test;
@@ -23,3 +25,46 @@ TEST(HeadlessLog, SixtyTicksOfSystemNodesKeepTheirColumnsAndKindsOfValue)
 }
 
 }  // namespace
+
+// What the running program has mapped: its libraries, plugins and font caches.
+QString mapsOf(const QProcess& process)
+{
+    QFile f(QStringLiteral("/proc/%1/maps").arg(process.processId()));
+    return f.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(f.readAll()) : QString();
+}
+
+TEST(HeadlessLog, OnlyARunThatDrawsLoadsAPlatformPluginAndFonts)
+{
+    int argc = 0;
+    QCoreApplication app(argc, nullptr);
+    // Nothing to draw; a Gadget Graph; an Alert that prints a Graph.
+    const std::vector<std::map<QString, QString>> configs = {
+        {},
+        {{QStringLiteral("Sensors"), QStringLiteral("2")},
+         {QStringLiteral("Sensor2/GraphType"), QStringLiteral("29")}},
+        {{QStringLiteral("Alerts"), QStringLiteral("1")},
+         {QStringLiteral("Alert1/rName"), QStringLiteral("print")},
+         {QStringLiteral("Alert1/rAction"), QStringLiteral("5")}},
+    };
+    for (size_t c = 0; c < configs.size(); ++c) {
+        SCOPED_TRACE(c);
+        HeadlessRun run;
+        auto settings = systemLogSettings();
+        for (const auto& [key, value] : configs[c])
+            settings[key] = value;
+        run.writeSettings(settings);
+        run.start(60, {});
+        ASSERT_TRUE(run.waitForValueLines(2)) << run.process.readAllStandardError().toStdString();
+        const QString maps = mapsOf(run.process);
+        ASSERT_FALSE(maps.isEmpty());
+        const bool draws = c > 0;
+        EXPECT_EQ(maps.contains(QStringLiteral("/platforms/")), draws);
+        if (!draws) {
+            // The libraries are linked in; their caches and the fonts are not read.
+            EXPECT_FALSE(maps.contains(QStringLiteral("/fontconfig/")));
+            EXPECT_FALSE(maps.contains(QStringLiteral("/fonts/")));
+        }
+        run.process.terminate();
+        EXPECT_TRUE(run.finish()) << run.process.readAllStandardError().toStdString();
+    }
+}
