@@ -80,8 +80,14 @@ void AlertsWindow::connectControls()
         wizard_.lstAlertOptions_Click(row);
         refresh();
     });
-    connect(lstvwAlerts_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+    // A click selects a row even when it is selected already; the keys move the selection.
+    connect(lstvwAlerts_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
         if (!refreshing_ && item)
+            rowChanged(item);
+    });
+    connect(lstvwAlerts_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+        if (!refreshing_ && item && QApplication::mouseButtons() == Qt::NoButton &&
+            lstvwAlerts_->indexOfTopLevelItem(item) != wizard_.selectedRow)
             rowChanged(item);
     });
     connect(lstvwAlerts_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) {
@@ -94,15 +100,12 @@ void AlertsWindow::connectControls()
         wizard_.renameSelected(name);
         refresh();
     });
-    connect(tmrAlerts_, &QTimer::timeout, this, &AlertsWindow::tick);
+    connect(tmrAlerts_, &QTimer::timeout, this, &AlertsWindow::tmrAlerts_Timer);
 }
 
 void AlertsWindow::rowChanged(QTreeWidgetItem* item)
 {
-    const int row = lstvwAlerts_->indexOfTopLevelItem(item);
-    if (row == wizard_.selectedRow)
-        return;
-    wizard_.selectRow(row);
+    wizard_.selectRow(lstvwAlerts_->indexOfTopLevelItem(item));
     refresh();
 }
 
@@ -158,7 +161,7 @@ void AlertsWindow::refresh()
     refreshing_ = false;
 }
 
-void AlertsWindow::tick()
+void AlertsWindow::tmrAlerts_Timer()
 {
     wizard_.tmrAlerts_Timer();
     refresh();

@@ -60,6 +60,8 @@ public:
 public slots:
     // Brings every control in line with the wizard's state.
     void refresh();
+    // One tick of tmrAlerts.
+    void tmrAlerts_Timer();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -69,7 +71,6 @@ private:
     void connectControls();
     void rowChanged(QTreeWidgetItem* item);
     void showSetting(const QString& prompt);
-    void tick();
     int characterAt(const QPoint& viewportPoint) const;
 
     Monitor& monitor_;
