@@ -279,6 +279,10 @@ QStringList AlertsWindow::widgetMapLines() const
         // The check box stands at the row's left end.
         lines << widgetMapLine(QStringLiteral("lstvwAlerts.check(%1)").arg(i),
                                QRect(r.topLeft() + QPoint(4, 0), QSize(r.height(), r.height())));
+        const QTreeWidgetItem* item = lstvwAlerts_->topLevelItem(i);
+        lines << widgetMapText(QStringLiteral("lstvwAlerts(%1)").arg(i),
+                               (item->checkState(0) == Qt::Checked ? QStringLiteral("[x] ") : QStringLiteral("[ ] ")) +
+                                   item->text(0));
     }
     for (int i = 0; i < lstAlertOptions_->count(); ++i) {
         QRect r = lstAlertOptions_->visualItemRect(lstAlertOptions_->item(i));
