@@ -29,12 +29,14 @@ std::vector<Graph> twoGraphs()
 TEST(AlertLinks, EveryLinkWordOfTheTableIsKnownWithItsTagAndKind)
 {
     const AlertOptionTable table = FillAlertOptions();
-    for (int row = 1; row < AlertOptionRows; ++row)
+    for (int row = 1; row < AlertOptionRows; ++row) {
         for (int column : {OptionLink1, OptionLink2, OptionLink3}) {
             const QString& word = table.AlertOptions[size_t(row)][size_t(column)];
-            if (!word.isEmpty())
+            if (!word.isEmpty()) {
                 EXPECT_NE(findAlertLink(word), nullptr) << qPrintable(word);
+            }
         }
+    }
     QString tags;
     for (const AlertLink& l : alertLinks())
         tags += l.tag;
@@ -62,9 +64,11 @@ TEST(AlertLinks, ReplacementsShowTagAndValueOnceSet)
     const auto sensors = twoGraphs();
     Alert a;
     // Unset fields leave the word, "Start" always shows its state.
-    for (const AlertLink& l : alertLinks())
-        if (l.word != QLatin1String("Start"))
+    for (const AlertLink& l : alertLinks()) {
+        if (l.word != QLatin1String("Start")) {
             EXPECT_EQ(linkReplacement(l.word, a, sensors), l.word) << qPrintable(l.word);
+        }
+    }
     EXPECT_EQ(linkReplacement(QStringLiteral("Start"), a, sensors), QStringLiteral("rStart"));
 
     a.aEmailAddress = QStringLiteral("ops@example.org");

@@ -50,8 +50,9 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     // A new Graph, with two new Nodes: a RAM Node and a Ping Node.
     // On a busy machine the balloon may come late and take this click: then it is made again.
     ASSERT_TRUE(click(map, QStringLiteral("imgAddSensor")));
-    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500))
+    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500)) {
         ASSERT_TRUE(click(map, QStringLiteral("imgAddSensor")));
+    }
     ASSERT_TRUE(shown(map, QStringLiteral("row(1,0)")));
     ASSERT_TRUE(click(map, QStringLiteral("imgAddNode")));
     ASSERT_TRUE(shown(map, QStringLiteral("row(1,1)")));
