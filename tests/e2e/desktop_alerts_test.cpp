@@ -2,7 +2,7 @@
 // on the real windows: "Show Alerts" from the tray menu, "Show a message saying
 // Hot when Graph (New Graph 1), Node (New Node 1) exceeds" a limit of -1, armed;
 // the wizard closes and the message dialog says "Hot". After a restart the
-// wizard lists the rule as it was left.
+// wizard lists the rule as it was left, and it fires again.
 #include "desktop_session.h"
 
 using namespace orm::test;
@@ -122,6 +122,8 @@ TEST_F(DesktopAlerts, ARuleBuiltByHandShowsItsMessageAndSurvivesARestart)
     EXPECT_FALSE(map2.has(QStringLiteral("lstvwAlerts(1)")));
     ASSERT_TRUE(click(map2, QStringLiteral("lstvwAlerts(0)")));
     EXPECT_TRUE(sentenceIs(map2, BuiltSentence));
+    // Armed as it was left, the rule fires again.
+    EXPECT_TRUE(waitFor([&] { return map2.text(QStringLiteral("lblTxt")).startsWith(QLatin1String("Hot\n")); }, 3000));
     EXPECT_TRUE(stop(r));
 }
 
