@@ -145,8 +145,9 @@ TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
 
     // A Log Graph from the panel, its window beside it.
     ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
-    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500))
+    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500)) {
         ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
+    }
     ASSERT_TRUE(shown(map, QStringLiteral("graph(1)")));
     ASSERT_TRUE(shown(map, QStringLiteral("picClock")));
     // The panel to the top left and the Log Graph's window below it on the right, so both show.
