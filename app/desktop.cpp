@@ -6,6 +6,7 @@
 #include "model/version.h"
 #include "display/displayed_graph.h"
 #include "shell/about_box.h"
+#include "shell/alerts_window.h"
 #include "shell/control_panel.h"
 #include "shell/graph_menu.h"
 #include "shell/graph_printer.h"
@@ -20,7 +21,10 @@
 #include "shell/vista_tree.h"
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QMessageBox>
+#include <QPointer>
+#include <QScreen>
 #include <cstdio>
 
 namespace orm {
@@ -40,7 +44,21 @@ public:
         panel_->raise();
         panel_->activateWindow();
     }
-    void showAlerts() override {}  // the Alerts come with their own window
+    void showAlerts() override
+    {
+        // One window at a time; it loads anew each time it is opened after a close.
+        if (!alerts_) {
+            alerts_ = new AlertsWindow(monitor_);
+            alerts_->setAttribute(Qt::WA_DeleteOnClose);
+            const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+            alerts_->move(screen.topLeft() + QPoint(40, 40));
+        }
+        alerts_->show();
+        alerts_->raise();
+        alerts_->activateWindow();
+    }
+    void ShowAlerts() override { showAlerts(); }
+    void closeAlerts() { delete alerts_; }
     void showAllHiddenGraphs() override
     {
         for (Graph& g : monitor_.Sensors)
@@ -56,6 +74,8 @@ public:
     {
         flip(monitor_.Settings.DisplayToolTips);
         panel_->InitToolTips();
+        if (alerts_)
+            alerts_->InitToolTips();
     }
     void toggleShowDataTypeErrors() override { flip(monitor_.Settings.ShowDataTypeErrors); }
     void about() override { showAbout(panel_); }
@@ -110,6 +130,7 @@ private:
     GraphWindows& windows_;
     ControlPanel* panel_ = nullptr;
     GraphPrinter* printer_ = nullptr;
+    QPointer<AlertsWindow> alerts_;
 };
 
 }  // namespace
@@ -146,6 +167,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
     actions.setPrinter(&printer);
     alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });
     ProgramTray tray(monitor.Settings, actions);
+    panel.setTrayIcon(tray.icon());
     TrayGraphs trayGraphs(monitor.Sensors, monitor.GraphForms, tray.menu(), programIcon());
     windows.setTrayGraphs(&trayGraphs);
     // With no tray host the panel is the only way in: it shows whatever the setting says.
@@ -173,6 +195,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
         if (previousUnload)
             previousUnload();
         views.setStatus(nullptr);
+        actions.closeAlerts();
         windows.clear();
         trayGraphs.clear();
         alertHost.setDialog(nullptr);

@@ -14,6 +14,7 @@
 #include "shell/node_panel.h"
 #include "shell/panel_help_texts.h"
 #include "shell/vista_tree.h"
+#include "shell/widget_map.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -332,9 +333,23 @@ bool ControlPanel::writeWidgetMap(const QString& path) const
         else if (top->objectName().isEmpty())  // Qt's own windows, such as the tray's balloon
             line(QString::fromLatin1(top->metaObject()->className()), top->frameGeometry());
         for (const QWidget* w : top->findChildren<QWidget*>())
-            if (named(w))
+            if (named(w)) {
                 line(w->objectName(), QRect(w->mapToGlobal(QPoint(0, 0)), w->size()));
+                if (const auto* label = qobject_cast<const QLabel*>(w))
+                    out << widgetMapText(w->objectName(), label->text()) << '\n';
+            }
+        // A menu's entries by id, and what a window lists of its own parts.
+        if (const auto* menu = qobject_cast<const QMenu*>(top))
+            for (QAction* a : menu->actions())
+                if (!a->isSeparator() && a->isVisible())
+                    line(QStringLiteral("menu(%1)").arg(a->data().toInt()),
+                         QRect(menu->mapToGlobal(menu->actionGeometry(a).topLeft()), menu->actionGeometry(a).size()));
+        if (const auto* source = dynamic_cast<const WidgetMapSource*>(top))
+            for (const QString& extra : source->widgetMapLines())
+                out << extra << '\n';
     }
+    if (trayIcon_ && trayIcon_->isVisible() && !trayIcon_->geometry().isEmpty())
+        line(QStringLiteral("trayIcon"), trayIcon_->geometry());
     if (isVisible()) {
         const auto& rows = tree_->rows();
         for (size_t p = 0; p < rows.size(); ++p) {

@@ -8,6 +8,8 @@
 #include "shell/tree_menu.h"
 
 #include <QMainWindow>
+#include <QPointer>
+#include <QSystemTrayIcon>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -86,6 +88,8 @@ public:
     // tree row and of each row of lstvwLogs, one per line: name, x, y, width,
     // height. For automation.
     bool writeWidgetMap(const QString& path) const;
+    // The program's icon in the notification area, for the widget map.
+    void setTrayIcon(QSystemTrayIcon* icon) { trayIcon_ = icon; }
 
 signals:
     // The user closed the panel: it is hidden, and the tray says the program runs on.
@@ -136,6 +140,7 @@ private:
     QLabel* lblSensorError_ = nullptr;
     QLabel* lblStatus_ = nullptr;
     std::unique_ptr<CustomToolTip> tips_;
+    QPointer<QSystemTrayIcon> trayIcon_;
     bool closing_ = false;
     std::optional<std::pair<int, int>> afterRemoval_;  // the row to select once a removal settled
 };

@@ -10,12 +10,11 @@ namespace orm {
 
 std::vector<GraphMenuEntry> graphMenuEntries()
 {
-    // The Alerts window is not part of this program yet: shown, greyed.
     return {
         {RedrawGraphId, QStringLiteral("&Redraw Graph"), true, false},
         {PrintGraphId, QStringLiteral("&Print Graph"), true, false},
         {0, {}, true, false},
-        {ShowAlertsId, QStringLiteral("Show &Alerts"), false, false},
+        {ShowAlertsId, QStringLiteral("Show &Alerts"), true, false},
         {0, {}, true, false},
         {CrossHairId, QStringLiteral("&Cross-Hair"), true, true},
         {0, {}, true, false},
@@ -67,10 +66,13 @@ void actOnGraphMenu(int id, int graph, GraphMenuActions& actions)
     case PrintGraphId:
         actions.PrintGraph(graph);
         break;
+    case ShowAlertsId:
+        actions.ShowAlerts();
+        break;
     case AboutOrmivaneId:
         actions.AboutOrmivane();
         break;
-    default:  // dismissed, or Show Alerts, which stays greyed
+    default:  // dismissed
         break;
     }
 }

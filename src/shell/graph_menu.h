@@ -33,6 +33,7 @@ public:
     virtual void ToggleAlwaysOnTop(int graph) = 0; // "Always On &Top": flips TopMost, applies, saves
     virtual void HideGraph(int graph) = 0;         // "&Hide Graph": hides, saves
     virtual void PrintGraph(int graph) = 0;        // "&Print Graph": on the default printer
+    virtual void ShowAlerts() = 0;                 // "Show &Alerts": open frmAlerts
     virtual void AboutOrmivane() = 0;              // "About Ormivane"
 };
 

@@ -6,91 +6,16 @@
 #include "desktop_session.h"
 #include "../logging/log_corpus.h"
 
-#include <QSettings>
-
 using namespace orm::test;
 
 namespace {
 
-// The rectangles the program lists in its widget map, by name.
-class WidgetMap {
-public:
-    explicit WidgetMap(QString path) : path_(std::move(path)) {}
-    bool read()
-    {
-        QFile f(path_);
-        if (!f.open(QIODevice::ReadOnly))
-            return false;
-        rects_.clear();
-        for (const QString& line : QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-            const QStringList p = line.split(QLatin1Char('\t'));
-            if (p.size() == 5)
-                rects_[p[0]] = QRect(p[1].toInt(), p[2].toInt(), p[3].toInt(), p[4].toInt());
-        }
-        return true;
-    }
-    bool has(const QString& name) { return read() && rects_.count(name); }
-    QRect rect(const QString& name) { return read() && rects_.count(name) ? rects_[name] : QRect(); }
-
-private:
-    QString path_;
-    std::map<QString, QRect> rects_;
-};
-
-class DesktopEditing : public ::testing::Test {
+class DesktopEditing : public DesktopWalk {
 protected:
-    void SetUp() override
-    {
-        if (display.isEmpty())
-            GTEST_SKIP() << "no virtual X server could be started";
-    }
+    DesktopEditing() { failureShot = QStringLiteral("desktop-edit-failure.png"); }
 
-    void start(HeadlessRun& r, QProcessEnvironment extra = {})
-    {
-        extra.insert(QStringLiteral("ORMIVANE_WIDGET_MAP"), mapPath(r));
-        QFile::remove(mapPath(r));
-        startOnDisplay(r, extra);
-        ASSERT_TRUE(r.process.waitForStarted(5000));
-    }
-    static QString mapPath(HeadlessRun& r) { return r.dir.filePath(QStringLiteral("widgets.txt")); }
-
-    // Waits until the control shows, then clicks its middle (or `at` inside it).
-    bool click(WidgetMap& map, const QString& name, int button = 1, QPoint at = {-1, -1})
-    {
-        if (!waitFor([&] { return map.has(name); }, 4000)) {
-            ADD_FAILURE() << "not on screen: " << qPrintable(name);
-            snapshot(QStringLiteral("desktop-edit-failure.png"));
-            return false;
-        }
-        raisePanel(name);
-        const QRect r = map.rect(name);
-        const QPoint p = at.x() < 0 ? r.center() : r.topLeft() + at;
-        xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
-        xdo({QStringLiteral("click"), QString::number(button)});
-        waitFor([] { return false; }, 300);
-        return true;
-    }
-    // Waits for a control or row to show; a picture of the screen is kept when it does not.
-    bool shown(WidgetMap& map, const QString& name)
-    {
-        if (waitFor([&] { return map.has(name); }, 4000))
-            return true;
-        snapshot(QStringLiteral("desktop-edit-failure.png"));
-        return false;
-    }
-    bool doubleClick(WidgetMap& map, const QString& name)
-    {
-        if (!waitFor([&] { return map.has(name); }, 4000))
-            return false;
-        raisePanel(name);
-        const QPoint p = map.rect(name).center();
-        xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
-        xdo({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("1")});
-        waitFor([] { return false; }, 300);
-        return true;
-    }
     // Graph windows may stand over the panel: as a person would, bring it to the front first.
-    void raisePanel(const QString& control)
+    void bringToFront(const QString& control) override
     {
         if (control == QLatin1String("cmdOk"))
             return;
@@ -98,38 +23,6 @@ protected:
         if (!panel.isEmpty())
             xdo({QStringLiteral("windowactivate"), QStringLiteral("--sync"), panel});
         waitFor([] { return false; }, 250);  // the map follows a moved panel
-    }
-    void type(const QString& text)
-    {
-        xdo({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("30"), text});
-    }
-    void key(const QString& k)
-    {
-        xdo({QStringLiteral("key"), QStringLiteral("--clearmodifiers"), k});
-        waitFor([] { return false; }, 300);
-    }
-    // A notice of the program (the data type warning) is acknowledged with its button.
-    void acknowledgeNotices(WidgetMap& map)
-    {
-        if (waitFor([&] { return map.has(QStringLiteral("cmdOk")); }, 1500))
-            click(map, QStringLiteral("cmdOk"));
-    }
-    static void snapshot(const QString& file, const QRect& part = {})
-    {
-        const QImage shot = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
-        (part.isEmpty() ? shot : shot.copy(part)).save(QStringLiteral(ORM_BUILD_DIR "/") + file);
-    }
-    static void xdo(const QStringList& args) { run(QStringLiteral("xdotool"), args); }
-
-    // The first start's tip stands in a balloon over the panel's corner: a click puts it away.
-    void dismissBalloon(WidgetMap& map)
-    {
-        if (!waitFor([&] { return map.has(QStringLiteral("QBalloonTip")); }, 4000))
-            return;
-        for (int tries = 0; tries < 3 && map.has(QStringLiteral("QBalloonTip")); ++tries) {
-            click(map, QStringLiteral("QBalloonTip"));
-            waitFor([&] { return !map.has(QStringLiteral("QBalloonTip")); }, 2500);
-        }
     }
     // A date or time picker: its first field clicked and, stepped up and back
     // down, selected; then the digits typed (each field moves on to the next
@@ -144,21 +37,6 @@ protected:
         key(QStringLiteral("Return"));
     }
     static QImage screen() { return QGuiApplication::primaryScreen()->grabWindow(0).toImage(); }
-
-    static QString value(HeadlessRun& r, const QString& key)
-    {
-        QSettings s(r.config, QSettings::IniFormat);
-        return s.value(QStringLiteral("Settings/") + key).toString();
-    }
-    static bool stop(HeadlessRun& r)
-    {
-        QFile f(r.config);
-        if (!f.open(QIODevice::Append))
-            return false;
-        f.write("CloseNow=True\n");
-        f.close();
-        return r.process.waitForFinished(8000) && r.process.exitCode() == 0;
-    }
 };
 
 TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
@@ -172,8 +50,9 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     // A new Graph, with two new Nodes: a RAM Node and a Ping Node.
     // On a busy machine the balloon may come late and take this click: then it is made again.
     ASSERT_TRUE(click(map, QStringLiteral("imgAddSensor")));
-    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500))
+    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500)) {
         ASSERT_TRUE(click(map, QStringLiteral("imgAddSensor")));
+    }
     ASSERT_TRUE(shown(map, QStringLiteral("row(1,0)")));
     ASSERT_TRUE(click(map, QStringLiteral("imgAddNode")));
     ASSERT_TRUE(shown(map, QStringLiteral("row(1,1)")));
@@ -266,8 +145,9 @@ TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
 
     // A Log Graph from the panel, its window beside it.
     ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
-    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500))
+    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500)) {
         ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
+    }
     ASSERT_TRUE(shown(map, QStringLiteral("graph(1)")));
     ASSERT_TRUE(shown(map, QStringLiteral("picClock")));
     // The panel to the top left and the Log Graph's window below it on the right, so both show.

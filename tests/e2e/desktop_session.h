@@ -11,6 +11,7 @@
 #include <QPixmap>
 #include <QProcessEnvironment>
 #include <QScreen>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QThread>
 #include <functional>
@@ -76,6 +77,145 @@ inline void startOnDisplay(HeadlessRun& r, const QProcessEnvironment& extra = {}
     r.process.setProcessEnvironment(env);
     r.process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--data-dir"), r.dataDir, QStringLiteral("--config"), r.config});
 }
+
+// The rectangles and texts the program lists in its widget map, by name.
+class WidgetMap {
+public:
+    explicit WidgetMap(QString path) : path_(std::move(path)) {}
+    bool read()
+    {
+        QFile f(path_);
+        if (!f.open(QIODevice::ReadOnly))
+            return false;
+        rects_.clear();
+        texts_.clear();
+        for (const QString& line : QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            const QStringList p = line.split(QLatin1Char('\t'));
+            if (p.size() == 5)
+                rects_[p[0]] = QRect(p[1].toInt(), p[2].toInt(), p[3].toInt(), p[4].toInt());
+            else if (p.size() == 2 && p[0].startsWith(QLatin1String("text:")))
+                texts_[p[0].mid(5)] = QString(p[1]).replace(QLatin1String("\\n"), QLatin1String("\n"));
+        }
+        return true;
+    }
+    bool has(const QString& name) { return read() && rects_.count(name); }
+    QRect rect(const QString& name) { return read() && rects_.count(name) ? rects_[name] : QRect(); }
+    // A label's or a sentence's text as shown, line ends as "\n"; empty when not shown.
+    QString text(const QString& name) { return read() && texts_.count(name) ? texts_[name] : QString(); }
+
+private:
+    QString path_;
+    std::map<QString, QRect> rects_;
+    std::map<QString, QString> texts_;
+};
+
+// A person's walk through the program's windows with xdotool, reading where
+// each control stands from the widget map.
+class DesktopWalk : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (display.isEmpty())
+            GTEST_SKIP() << "no virtual X server could be started";
+    }
+
+    void start(HeadlessRun& r, QProcessEnvironment extra = {})
+    {
+        extra.insert(QStringLiteral("ORMIVANE_WIDGET_MAP"), mapPath(r));
+        QFile::remove(mapPath(r));
+        startOnDisplay(r, extra);
+        ASSERT_TRUE(r.process.waitForStarted(5000));
+    }
+    static QString mapPath(HeadlessRun& r) { return r.dir.filePath(QStringLiteral("widgets.txt")); }
+
+    // Called before each click: the window that holds the control comes to the front.
+    virtual void bringToFront(const QString&) {}
+
+    // Waits until the control shows, then clicks its middle (or `at` inside it).
+    bool click(WidgetMap& map, const QString& name, int button = 1, QPoint at = {-1, -1})
+    {
+        if (!waitFor([&] { return map.has(name); }, 4000)) {
+            ADD_FAILURE() << "not on screen: " << qPrintable(name);
+            snapshot(failureShot);
+            return false;
+        }
+        bringToFront(name);
+        const QRect r = map.rect(name);
+        const QPoint p = at.x() < 0 ? r.center() : r.topLeft() + at;
+        xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
+        xdo({QStringLiteral("click"), QString::number(button)});
+        waitFor([] { return false; }, 300);
+        return true;
+    }
+    // Waits for a control or row to show; a picture of the screen is kept when it does not.
+    bool shown(WidgetMap& map, const QString& name)
+    {
+        if (waitFor([&] { return map.has(name); }, 4000))
+            return true;
+        snapshot(failureShot);
+        return false;
+    }
+    bool doubleClick(WidgetMap& map, const QString& name)
+    {
+        if (!waitFor([&] { return map.has(name); }, 4000))
+            return false;
+        bringToFront(name);
+        const QPoint p = map.rect(name).center();
+        xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
+        xdo({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("1")});
+        waitFor([] { return false; }, 300);
+        return true;
+    }
+    void type(const QString& text)
+    {
+        xdo({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("30"), QStringLiteral("--"), text});
+    }
+    void key(const QString& k)
+    {
+        xdo({QStringLiteral("key"), QStringLiteral("--clearmodifiers"), k});
+        waitFor([] { return false; }, 300);
+    }
+    // The first start's tip stands in a balloon over the panel's corner and the
+    // tray: a click puts it away.
+    void dismissBalloon(WidgetMap& map)
+    {
+        if (!waitFor([&] { return map.has(QStringLiteral("QBalloonTip")); }, 4000))
+            return;
+        for (int tries = 0; tries < 3 && map.has(QStringLiteral("QBalloonTip")); ++tries) {
+            click(map, QStringLiteral("QBalloonTip"));
+            waitFor([&] { return !map.has(QStringLiteral("QBalloonTip")); }, 2500);
+        }
+    }
+    // A notice of the program (the data type warning) is acknowledged with its button.
+    void acknowledgeNotices(WidgetMap& map)
+    {
+        if (waitFor([&] { return map.has(QStringLiteral("cmdOk")); }, 1500))
+            click(map, QStringLiteral("cmdOk"));
+    }
+    static void snapshot(const QString& file, const QRect& part = {})
+    {
+        const QImage shot = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+        (part.isEmpty() ? shot : shot.copy(part)).save(QStringLiteral(ORM_BUILD_DIR "/") + file);
+    }
+    static void xdo(const QStringList& args) { run(QStringLiteral("xdotool"), args); }
+
+    static QString value(HeadlessRun& r, const QString& key)
+    {
+        QSettings s(r.config, QSettings::IniFormat);
+        return s.value(QStringLiteral("Settings/") + key).toString();
+    }
+    static bool stop(HeadlessRun& r)
+    {
+        QFile f(r.config);
+        if (!f.open(QIODevice::Append))
+            return false;
+        f.write("CloseNow=True\n");
+        f.close();
+        return r.process.waitForFinished(8000) && r.process.exitCode() == 0;
+    }
+
+    QString failureShot = QStringLiteral("desktop-failure.png");
+};
 
 // The body of main(): the virtual desktop around the tests, which run in an
 // App (a QApplication for tests that make widgets themselves).
