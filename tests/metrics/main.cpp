@@ -1,4 +1,4 @@
-// The endpoint and the ping source of the Monitor run on the event loop.
+// The tests run the event loop (sockets, processes, the ping source): it needs an application.
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
