@@ -47,6 +47,7 @@ bench: build
 	./$(BUILD)/bench/overhead
 	./$(BUILD)/bench/overhead --desktop
 	./$(BUILD)/bench/transfer_bench
+	./$(BUILD)/bench/metrics_bench
 
 clean:
 	rm -rf $(BUILD)

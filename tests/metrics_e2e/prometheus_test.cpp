@@ -178,7 +178,7 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
     }
     EXPECT_GE(queries, 20);
     EXPECT_EQ(shown.size(), expected.size());
-    EXPECT_GT(prometheus.number(QStringLiteral("histogram_quantile(0.5, sum(rate(ormivane_tick_duration_seconds_bucket[5s])))")), 0);
+    EXPECT_GT(prometheus.number(QStringLiteral("histogram_quantile(0.5, sum by (le) (rate(ormivane_tick_duration_seconds_bucket[5s])))")), 0);
 
     run.process.terminate();
     EXPECT_TRUE(run.finish());
