@@ -2,8 +2,8 @@
 // written by hand, the responses read back as they come.
 #pragma once
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
+#include "pump_until.h"
+
 #include <QHostAddress>
 #include <QTcpSocket>
 #include <functional>
@@ -11,15 +11,6 @@
 #include <vector>
 
 namespace orm::test {
-
-inline bool pumpUntil(const std::function<bool()>& done, int ms = 5000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return done();
-}
 
 struct Reply {
     int status = 0;

@@ -1,6 +1,7 @@
 // The metrics feed of a Monitor on a hand-driven clock: which Nodes it names
 // and how, the values against what the Alerts read, the tick's own numbers,
 // and the text checked by promtool.
+#include "always_yes.h"
 #include "exposition_reader.h"
 #include "monitor_fixture.h"
 
@@ -17,12 +18,6 @@ namespace {
 
 const QString OddGraph = QStringLiteral("Host \"A\" \\ Zürich\nsecond line");
 const QString OddNode = QStringLiteral("CPU \"zero\" \\ ü");
-
-class AlwaysYes final : public EditPrompts {
-public:
-    bool askYesNo(const QString&, const QString&) override { return true; }
-    void stop(const QString&, const QString&) override {}
-};
 
 class MetricsFeed : public MonitorFixture {
 protected:
