@@ -10,6 +10,9 @@ PACKAGES := cmake ninja-build g++ pkg-config qt6-base-dev libgtest-dev libnl-gen
 # Transfers: the speed test endpoint (Qt's HTTP server, whose CMake package wants
 # WebSockets); the tests' and bench's local servers, certificate and curl.
 PACKAGES += qt6-httpserver-dev qt6-websockets-dev python3 openssl curl
+# The metrics endpoint, on the same HTTP server: its tests check the text with
+# promtool and run a real Prometheus.
+PACKAGES += prometheus
 
 .PHONY: all deps build run test bench clean
 
@@ -44,6 +47,7 @@ bench: build
 	./$(BUILD)/bench/overhead
 	./$(BUILD)/bench/overhead --desktop
 	./$(BUILD)/bench/transfer_bench
+	./$(BUILD)/bench/metrics_bench
 
 clean:
 	rm -rf $(BUILD)

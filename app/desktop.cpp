@@ -136,7 +136,7 @@ private:
 }  // namespace
 
 int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& views, long maxTicks,
-               ProgramAlertHost& alertHost)
+               ProgramAlertHost& alertHost, const std::function<void()>& afterStartUp)
 {
     // Sub Main: a panel that starts in the tray is loaded hidden.
     const bool startInSystray = readFlag(store, SettingsKey, QStringLiteral("StartInSystray"), false);
@@ -152,6 +152,8 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
         QMessageBox::warning(nullptr, QLatin1String(ProductName), monitor.startError());
         return 3;
     }
+    if (afterStartUp)
+        afterStartUp();
 
     GraphWindows windows(monitor);
     DesktopActions actions(monitor, windows);

@@ -4,6 +4,8 @@
 #include "print_option.h"
 #include "run_mode.h"
 #include "speed_test_server.h"
+#include "metrics_setup.h"
+#include "endpoint/listen_address.h"
 #include "display/displayed_graph.h"
 #include "model/ini_file_care.h"
 #include "model/ini_store.h"
@@ -93,7 +95,13 @@ int main(int argc, char* argv[])
                                        QStringLiteral("Write LogExport.csv of Log Graph N's range into the data "
                                                       "folder, then exit."),
                                        QStringLiteral("N"));
-    parser.addOptions({headless, dataDir, config, ticks, snapshot, print, logHeaders, exportLog});
+    const QCommandLineOption metricsOption(
+        QStringLiteral("metrics"),
+        QStringLiteral("Serve the Prometheus metrics at http://[ADDR:]PORT/metrics (ADDR: the MetricsAddress "
+                       "setting, 127.0.0.1 by default; port 0 takes a free one). Without it the MetricsPort "
+                       "setting decides; its default 0 keeps the endpoint off."),
+        QStringLiteral("[ADDR:]PORT"));
+    parser.addOptions({headless, dataDir, config, ticks, snapshot, print, logHeaders, exportLog, metricsOption});
     parser.addPositionalArgument(QStringLiteral("words"),
                                  QStringLiteral("txtDebug writes a debug trace to Ormivane.txt in the data "
                                                 "folder; VDDebugMode turns off the speed test minimum rule."),
@@ -122,6 +130,16 @@ int main(int argc, char* argv[])
         if (!ok || maxTicks < 1) {
             printLine(stderr, QStringLiteral("ormivane: --ticks needs a whole number above 0, not \"%1\"")
                                   .arg(parser.value(ticks)));
+            return 2;
+        }
+    }
+
+    QString metricsText;
+    if (parser.isSet(metricsOption)) {
+        metricsText = parser.value(metricsOption);
+        const ListenAddress at = parseListenAddress(metricsText);
+        if (!at.error.isEmpty()) {
+            printLine(stderr, QStringLiteral("ormivane: --metrics: ") + at.error);
             return 2;
         }
     }
@@ -216,8 +234,18 @@ int main(int argc, char* argv[])
     // A page that could not be printed fails the run, so that a script can tell.
     const auto withPrint = [&printFailed](int status) { return status == 0 && printFailed ? 1 : status; };
 
-    if (withWindows)
-        return withPrint(runDesktop(monitor, store, pictures, maxTicks, alertHost));
+    // The metrics endpoint opens once the monitor has started, and goes before it.
+    const MetricsPlan metricsPlan = planMetrics(store, parser.isSet(metricsOption) ? &metricsText : nullptr);
+    std::unique_ptr<MetricsEndpoint> metrics;
+
+    if (withWindows) {
+        return withPrint(runDesktop(monitor, store, pictures, maxTicks, alertHost, [&] {
+            QString failure;
+            metrics = openMetrics(monitor, metricsPlan, failure);
+            if (!failure.isEmpty())
+                monitor.notices.push_back({QLatin1String(ProductName), failure, true});
+        }));
+    }
 
     if (!monitor.startUp()) {
         printLine(stderr, monitor.startError());
@@ -227,6 +255,8 @@ int main(int argc, char* argv[])
         printLine(n.warning ? stderr : stdout,
                   n.title + QStringLiteral(": ") + QString(n.text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     monitor.notices.clear();
+    QString metricsFailure;
+    metrics = openMetrics(monitor, metricsPlan, metricsFailure);
 
     MonitorLoop loop(monitor, maxTicks);
     loop.watchStopSignals();

@@ -83,4 +83,11 @@ int compactDateText(const LocalTime& t, char* out)
     return int(p - out);
 }
 
+qint64 SystemClock::monotonicNanoseconds() const
+{
+    timespec ts{};
+    clock_gettime(CLOCK_MONOTONIC, &ts);
+    return qint64(ts.tv_sec) * 1000000000 + ts.tv_nsec;
+}
+
 }  // namespace orm

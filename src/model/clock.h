@@ -32,6 +32,9 @@ public:
     virtual QDateTime now() const = 0;
     // The same, broken into its fields; what each tick reads.
     virtual LocalTime localTime() const { return LocalTime::of(now()); }
+    // Monotonic nanoseconds, for spans shorter than a millisecond (a tick's own
+    // length). Clocks without a finer reading give tickCount() in nanoseconds.
+    virtual qint64 monotonicNanoseconds() const { return qint64(tickCount()) * 1000000; }
 };
 
 // The local time comes from the C library's own conversion. The zone file is
@@ -43,6 +46,7 @@ public:
     qint32 uptimeTickCount() const override;
     QDateTime now() const override;
     LocalTime localTime() const override;
+    qint64 monotonicNanoseconds() const override;
 
 private:
     mutable qint64 zoneMinute_ = -1;
@@ -56,11 +60,13 @@ public:
     qint32 tickCount() const override { return tick_; }
     qint32 uptimeTickCount() const override { return uptime_; }
     QDateTime now() const override { return wall_; }
+    qint64 monotonicNanoseconds() const override { return nanoseconds_; }
     void advance(qint32 ms)
     {
         tick_ = qint32(quint32(tick_) + quint32(ms));
         uptime_ = qint32(quint32(uptime_) + quint32(ms));
         wall_ = wall_.addMSecs(ms);
+        nanoseconds_ += qint64(ms) * 1000000;
     }
     void setNow(const QDateTime& t) { wall_ = t; }
     void setTick(qint32 t) { tick_ = t; uptime_ = t; }
@@ -69,6 +75,7 @@ private:
     QDateTime wall_;
     qint32 tick_;
     qint32 uptime_;
+    qint64 nanoseconds_ = 0;
 };
 
 // Elapsed milliseconds between two tick counts, right across the 32-bit wrap.

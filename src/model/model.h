@@ -7,6 +7,7 @@
 #include <QtGlobal>
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace orm {
@@ -101,6 +102,9 @@ struct Node {
     QString GadgetKey;
     float GadgetScale = 1.0f;
     QString GadgetLine;
+    // Not stored: the value of the Node's latest evaluation, kept only while the
+    // metrics endpoint is on; NaN until its Graph is first sampled.
+    double NewestSample = std::numeric_limits<double>::quiet_NaN();
 };
 
 struct Graph {

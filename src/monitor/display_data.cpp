@@ -214,6 +214,10 @@ void Monitor::DisplayData()
         }
         if (Closing)
             break;
+        if (health_) {
+            for (size_t j = 0; j < g.Nodes.size(); ++j)
+                g.Nodes[j].NewestSample = values[j];
+        }
         trace(QStringLiteral("DisplayData Writing"));
         if (g.GraphType == VistaGadget) {
             gadgetDue = true;

@@ -71,6 +71,19 @@ void Monitor::AddSensor(bool logGraph)
     tmrDataEnabled = wasEnabled;
 }
 
+void Monitor::recordHealth()
+{
+    if (health_)
+        return;
+    health_ = std::make_unique<TickHealth>();
+    auto earlier = alertTester.onAlertFired;
+    alertTester.onAlertFired = [this, earlier](int alertIndex) {
+        health_->alertFired(alertMetricName(alertTester.Alerts, alertIndex));
+        if (earlier)
+            earlier(alertIndex);
+    };
+}
+
 bool Monitor::CloseTimer()
 {
     // Another program may have written the stop signal into the file. (The product's name

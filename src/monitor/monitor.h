@@ -11,6 +11,7 @@
 #include "model/settings_store.h"
 #include "monitor/instance_lock.h"
 #include "monitor/source_set.h"
+#include "monitor/tick_health.h"
 #include "logging/log_writer.h"
 
 #include <QStringList>
@@ -115,6 +116,12 @@ public:
     // Set when the program must end with a failure (a log that cannot be written).
     QString fatalError;
 
+    // What the metrics endpoint reads of the monitor's own running; null until
+    // recordHealth(), so that a monitor without the endpoint records nothing.
+    // From then on the tick also keeps each Node's NewestSample.
+    void recordHealth();
+    const TickHealth* health() const { return health_.get(); }
+
     bool commandLineHas(const QString& word) const;
     const Clock& clock() const { return clock_; }
     SourceSet& sources() { return sources_; }
@@ -147,6 +154,7 @@ private:
         if (onSplash)
             onSplash(text);
     }
+    void endTick(qint64 startedNanoseconds);
 
     MonitorOptions options_;
     const Clock& clock_;
@@ -157,6 +165,7 @@ private:
     std::unique_ptr<Transfers> transfers_;
     std::unique_ptr<AutoStartEntry> autoStart_;
     InstanceLock instanceLock_;
+    std::unique_ptr<TickHealth> health_;
     QString startError_;
     qint32 tickUptime_ = 0;  // up-time clock at this tick's start (SYS_TMR, uptime Node)
     LogInputs logInputs_;    // what the log line is made of, refilled each tick

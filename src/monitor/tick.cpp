@@ -118,6 +118,7 @@ void Monitor::TimerData()
     if (TickBusy)
         return;
     TickBusy = true;
+    const qint64 startedNanoseconds = health_ ? clock_.monotonicNanoseconds() : 0;
     debugLog().enter(QStringLiteral("TimerData"));
 
     // 2.
@@ -129,11 +130,11 @@ void Monitor::TimerData()
     TickLength = tickDiff(TickStart, LastTick);
     LastTick = TickStart;
 
-    auto finish = [this] {
+    auto finish = [this, startedNanoseconds] {
         if (debugLog().enabled()) {
             debugLog().leave(QStringLiteral("TimerData"));
         }
-        TickBusy = false;
+        endTick(startedNanoseconds);
     };
 
     // 3.
@@ -195,6 +196,13 @@ void Monitor::TimerData()
         debugLog().leaveTag(QStringLiteral("TimerData 2.0 (") +
                             QString::number(tickDiff(clock_.tickCount(), TickStart)) + QStringLiteral(")"));
     }
+    endTick(startedNanoseconds);
+}
+
+void Monitor::endTick(qint64 startedNanoseconds)
+{
+    if (health_)
+        health_->tickEnded(clock_.monotonicNanoseconds() - startedNanoseconds, TickLength);
     TickBusy = false;
 }
 
@@ -261,6 +269,8 @@ void Monitor::logData(const LogFlags& flags)
     if (!logWriter_->LogData(flags, in)) {
         fatalError = logWriter_->error();
         Closing = true;
+    } else if (health_) {
+        health_->logLineWritten();
     }
 }
 
