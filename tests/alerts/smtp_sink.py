@@ -8,7 +8,7 @@ import sys
 import warnings
 
 from aiosmtpd.controller import Controller
-from aiosmtpd.smtp import AuthResult
+from aiosmtpd.smtp import SMTP, AuthResult
 
 
 def text(data):
@@ -40,6 +40,27 @@ class Recorder:
         return "250 OK"
 
 
+class OneWriteReplies(SMTP):
+    """Sends a multi-line reply in one write, as common relays do. The client
+    takes each arrival of data as one reply, so a reply pushed line by line
+    could reach it split, or run together with the next one under load."""
+
+    _held = b""
+
+    async def push(self, status):
+        line = status.encode("utf-8") if isinstance(status, str) else status
+        if line[3:4] == b"-":
+            self._held += line + b"\r\n"
+            return
+        held, self._held = self._held, b""
+        await super().push(held + line)
+
+
+class OneWriteController(Controller):
+    def factory(self):
+        return OneWriteReplies(self.handler, **self.SMTP_kwargs)
+
+
 def accept_login(server, session, envelope, mechanism, auth_data):
     return AuthResult(success=True, auth_data=auth_data)
 
@@ -56,7 +77,7 @@ def main():
     kwargs = {}
     if mode == "auth":
         kwargs = {"authenticator": accept_login, "auth_require_tls": False, "auth_required": True}
-    controller = Controller(Recorder(path), hostname="127.0.0.1", port=port, decode_data=False, **kwargs)
+    controller = OneWriteController(Recorder(path), hostname="127.0.0.1", port=port, decode_data=False, **kwargs)
     controller.start()
     print("READY", port, flush=True)
     sys.stdin.read()
