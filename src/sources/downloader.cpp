@@ -218,6 +218,13 @@ void Downloader::finished(Transfer& t)
         failure = replyFailure(reply->error(), reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
                                reply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString(),
                                t.stalled);
+    } else if (const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
+               length.isValid() && qint64(t.received) < length.toLongLong()) {
+        // A peer that closes before the promised length is a cut transfer, though
+        // Qt may end such a reply without an error.
+        failure = replyFailure(QNetworkReply::RemoteHostClosedError,
+                               reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
+                               reply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString(), false);
     } else if (SaveFiles) {
         // Written from the start of the file, which keeps its old length when that was longer.
         QFile f(t.name);
