@@ -78,7 +78,7 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/GraphType")) == QLatin1String("2"); }, 3000));
 
     // The RAM Node is renamed in the tree.
-    ASSERT_TRUE(doubleClick(map, QStringLiteral("row(1,1)")));
+    ASSERT_TRUE(click(map, QStringLiteral("row(1,1)"), 1, {-1, -1}, 2));
     key(QStringLiteral("ctrl+a"));
     type(QStringLiteral("Memory"));
     key(QStringLiteral("Return"));

@@ -40,18 +40,6 @@ inline QStringList windowsNamed(const QString& name)
         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-inline QRect geometryOf(const QString& window)
-{
-    const QString out = run(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
-    std::map<QString, int> v;
-    for (const QString& line : out.split(QLatin1Char('\n'))) {
-        const auto kv = line.split(QLatin1Char('='));
-        if (kv.size() == 2)
-            v[kv[0]] = kv[1].toInt();
-    }
-    return QRect(v[QStringLiteral("X")], v[QStringLiteral("Y")], v[QStringLiteral("WIDTH")], v[QStringLiteral("HEIGHT")]);
-}
-
 inline bool waitFor(const std::function<bool()>& ready, int ms)
 {
     QElapsedTimer t;
@@ -63,19 +51,6 @@ inline bool waitFor(const std::function<bool()>& ready, int ms)
         QThread::msleep(50);
     }
     return ready();
-}
-
-// Starts build/ormivane on the virtual display with the run's files.
-inline void startOnDisplay(HeadlessRun& r, const QProcessEnvironment& extra = {})
-{
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("DISPLAY"), display);
-    env.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), r.dir.filePath(QStringLiteral("xdg")));
-    for (const QString& k : extra.keys())
-        env.insert(k, extra.value(k));
-    r.process.setProcessEnvironment(env);
-    r.process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--data-dir"), r.dataDir, QStringLiteral("--config"), r.config});
 }
 
 // The rectangles and texts the program lists in its widget map, by name.
@@ -119,11 +94,19 @@ protected:
             GTEST_SKIP() << "no virtual X server could be started";
     }
 
-    void start(HeadlessRun& r, QProcessEnvironment extra = {})
+    // Starts build/ormivane on the virtual display with the run's files.
+    void start(HeadlessRun& r, const QProcessEnvironment& extra = {})
     {
-        extra.insert(QStringLiteral("ORMIVANE_WIDGET_MAP"), mapPath(r));
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("DISPLAY"), display);
+        env.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), r.dir.filePath(QStringLiteral("xdg")));
+        env.insert(QStringLiteral("ORMIVANE_WIDGET_MAP"), mapPath(r));
+        for (const QString& k : extra.keys())
+            env.insert(k, extra.value(k));
         QFile::remove(mapPath(r));
-        startOnDisplay(r, extra);
+        r.process.setProcessEnvironment(env);
+        r.process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--data-dir"), r.dataDir, QStringLiteral("--config"), r.config});
         ASSERT_TRUE(r.process.waitForStarted(5000));
     }
     static QString mapPath(HeadlessRun& r) { return r.dir.filePath(QStringLiteral("widgets.txt")); }
@@ -131,8 +114,8 @@ protected:
     // Called before each click: the window that holds the control comes to the front.
     virtual void bringToFront(const QString&) {}
 
-    // Waits until the control shows, then clicks its middle (or `at` inside it).
-    bool click(WidgetMap& map, const QString& name, int button = 1, QPoint at = {-1, -1})
+    // Waits until the control shows, then clicks its middle (or `at` inside it), `times` over.
+    bool click(WidgetMap& map, const QString& name, int button = 1, QPoint at = {-1, -1}, int times = 1)
     {
         if (!waitFor([&] { return map.has(name); }, 4000)) {
             ADD_FAILURE() << "not on screen: " << qPrintable(name);
@@ -143,7 +126,7 @@ protected:
         const QRect r = map.rect(name);
         const QPoint p = at.x() < 0 ? r.center() : r.topLeft() + at;
         xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
-        xdo({QStringLiteral("click"), QString::number(button)});
+        xdo({QStringLiteral("click"), QStringLiteral("--repeat"), QString::number(times), QString::number(button)});
         waitFor([] { return false; }, 300);
         return true;
     }
@@ -154,17 +137,6 @@ protected:
             return true;
         snapshot(failureShot);
         return false;
-    }
-    bool doubleClick(WidgetMap& map, const QString& name)
-    {
-        if (!waitFor([&] { return map.has(name); }, 4000))
-            return false;
-        bringToFront(name);
-        const QPoint p = map.rect(name).center();
-        xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
-        xdo({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("1")});
-        waitFor([] { return false; }, 300);
-        return true;
     }
     void type(const QString& text)
     {

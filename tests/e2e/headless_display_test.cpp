@@ -1,7 +1,6 @@
-// What a headless run draws: the pictures of --snapshot and the gadget's files.
+// What a headless run draws: the pictures of --snapshot.
 #include "run_headless.h"
 
-#include <QDir>
 #include <QGuiApplication>
 #include <QImage>
 #include <gtest/gtest.h>
@@ -54,30 +53,6 @@ TEST(HeadlessDisplay, SnapshotHoldsTheLineBarAndTrayPictures)
     ASSERT_TRUE(icon.open(QIODevice::ReadOnly));
     EXPECT_EQ(icon.size(), 898);
     EXPECT_TRUE(QFile::exists(run.dataDir + QStringLiteral("/Temp.ico")));
-}
-
-TEST(HeadlessDisplay, GadgetGraphFeedsItsFolderOnlyWhenOneExists)
-{
-    for (bool withFolder : {true, false}) {
-        HeadlessRun run;
-        run.writeSettings({{QStringLiteral("Sensors"), QStringLiteral("1")},
-                           {QStringLiteral("Sensor1/GraphType"), QStringLiteral("29")},
-                           {QStringLiteral("Sensor1/SampleEverySeconds"), QStringLiteral("1")},
-                           {QStringLiteral("Sensor1/Node1/NodeType"), QStringLiteral("6")}});
-        const QString gadget = run.dir.filePath(QStringLiteral("xdg-data/Ormivane/Gadgets/Ormivane.Gadget"));
-        if (withFolder)
-            ASSERT_TRUE(QDir().mkpath(gadget));
-        run.start(3, {});
-        ASSERT_TRUE(run.finish());
-        EXPECT_EQ(run.valueLines().size(), 3);
-        EXPECT_EQ(QFile::exists(gadget + QStringLiteral("/avail.txt")), withFolder);
-        QFile update(gadget + QStringLiteral("/update.txt"));
-        EXPECT_EQ(update.exists(), withFolder);
-        if (withFolder) {
-            ASSERT_TRUE(update.open(QIODevice::ReadOnly));
-            EXPECT_TRUE(update.readAll().contains('='));
-        }
-    }
 }
 
 }  // namespace

@@ -1,283 +1,151 @@
-// The headless monitor as a user runs it: first start, a second start on the
-// same folders, the stop signals, a second instance, a log that cannot be written.
-#include <QDate>
+// The headless monitor as a user runs it: a first start and later ones on the
+// same folders, the ways a run ends, and what it refuses or cuts down.
+#include "run_headless.h"
+
 #include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <csignal>
 
+using namespace orm::test;
+
 namespace {
+
+// Runs to its end; the exit status, with what it said on stderr in `err`.
+int runToEnd(HeadlessRun& r, int ticks, const QStringList& words = {}, QString* err = nullptr)
+{
+    r.start(ticks, words);
+    EXPECT_TRUE(r.process.waitForFinished(30000));
+    if (err)
+        *err = QString::fromLocal8Bit(r.process.readAllStandardError());
+    return r.process.exitStatus() == QProcess::NormalExit ? r.process.exitCode() : -1;
+}
+
+std::map<QString, QString> settingsOf(const HeadlessRun& r)
+{
+    QSettings s(r.config, QSettings::IniFormat);
+    std::map<QString, QString> m;
+    for (const QString& k : s.allKeys())
+        m[k] = s.value(k).toString();
+    return m;
+}
 
 int processorCount()
 {
     QFile f(QStringLiteral("/proc/stat"));
-    if (!f.open(QIODevice::ReadOnly))
-        return 0;
     int n = 0;
-    for (const QByteArray& line : f.readAll().split('\n'))
-        if (line.startsWith("cpu") && line.size() > 3 && std::isdigit(static_cast<unsigned char>(line[3])))
-            ++n;
+    if (f.open(QIODevice::ReadOnly))
+        for (const QByteArray& line : f.readAll().split('\n'))
+            n += QRegularExpression(QStringLiteral("^cpu\\d+ ")).match(QString::fromLatin1(line)).hasMatch();
     return n;
 }
 
-class Headless : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(dir.isValid());
-        dataDir = dir.filePath(QStringLiteral("data"));
-        config = dir.filePath(QStringLiteral("ormivane.conf"));
-    }
-
-    QProcess* start(const QStringList& extra = {})
-    {
-        auto* p = new QProcess;
-        processes.emplace_back(p);
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.filePath(QStringLiteral("xdg")));
-        p->setProcessEnvironment(env);
-        p->start(QStringLiteral(ORM_BINARY),
-                 QStringList{QStringLiteral("--headless"), QStringLiteral("--data-dir"), dataDir,
-                             QStringLiteral("--config"), config} + extra);
-        EXPECT_TRUE(p->waitForStarted(5000));
-        return p;
-    }
-
-    int run(const QStringList& extra, QString* err = nullptr)
-    {
-        QProcess* p = start(extra);
-        EXPECT_TRUE(p->waitForFinished(30000));
-        if (err)
-            *err = QString::fromLocal8Bit(p->readAllStandardError());
-        return p->exitStatus() == QProcess::NormalExit ? p->exitCode() : -1;
-    }
-
-    QStringList logLines()
-    {
-        QFile f(dataDir + QStringLiteral("/Logs/ex") + QDate::currentDate().toString(QStringLiteral("yyyyMMdd")) +
-                QStringLiteral(".log"));
-        if (!f.open(QIODevice::ReadOnly))
-            return {};
-        return QString::fromLocal8Bit(f.readAll()).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
-    }
-
-    std::map<QString, QString> settingsValues()
-    {
-        QSettings s(config, QSettings::IniFormat);
-        std::map<QString, QString> m;
-        for (const QString& k : s.allKeys())
-            m[k] = s.value(k).toString();
-        return m;
-    }
-
-    // Waits for the process to end, at most `ms`; the time it took, or -1.
-    qint64 waitEnd(QProcess* p, int ms)
-    {
-        QElapsedTimer t;
-        t.start();
-        if (!p->waitForFinished(ms))
-            return -1;
-        return t.elapsed();
-    }
-
-    QTemporaryDir dir;
-    QString dataDir, config;
-    std::vector<std::unique_ptr<QProcess>> processes;
-};
-
-TEST_F(Headless, FirstStartMakesOneGraphAndLogsEachTick)
+TEST(Headless, FirstStartLaterStartsAndALeftoverCloseNow)
 {
+    HeadlessRun r;
     QString err;
-    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("5")}, &err), 0) << err.toStdString();
+    ASSERT_EQ(runToEnd(r, 3, {QStringLiteral("txtDebug")}, &err), 0) << qPrintable(err);
+    const auto first = settingsOf(r);
+    EXPECT_EQ(first.at(QStringLiteral("Settings/FirstRun")), QStringLiteral("False"));
+    EXPECT_EQ(first.at(QStringLiteral("Settings/Sensors")), QStringLiteral("1"));
+    EXPECT_EQ(first.at(QStringLiteral("Settings/Sensor1/Node1/NodeType")), QStringLiteral("5"));
+    EXPECT_EQ(QFile::permissions(r.config) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
 
-    auto values = settingsValues();
-    EXPECT_EQ(values[QStringLiteral("Settings/FirstRun")], QStringLiteral("False"));
-    EXPECT_EQ(values[QStringLiteral("Settings/Sensors")], QStringLiteral("1"));
-    EXPECT_EQ(values[QStringLiteral("Settings/Sensor1/Name")], QStringLiteral("New Graph 1"));
-    EXPECT_EQ(values[QStringLiteral("Settings/Sensor1/Nodes")], QStringLiteral("1"));
-    EXPECT_EQ(values[QStringLiteral("Settings/Sensor1/Node1/Name")], QStringLiteral("New Node 1"));
-    EXPECT_EQ(values[QStringLiteral("Settings/Sensor1/Node1/NodeType")], QStringLiteral("5"));
-    EXPECT_EQ(QFile::permissions(config) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
-
-    const QStringList lines = logLines();
-    ASSERT_EQ(lines.size(), 9);
+    QStringList lines = r.lines();
+    ASSERT_EQ(lines.size(), 7);
     EXPECT_EQ(lines[0], QStringLiteral("#Software: Vendrake - Ormivane"));
-    EXPECT_TRUE(lines[1].startsWith(QStringLiteral("#Version: ")));
-    EXPECT_TRUE(lines[2].startsWith(QStringLiteral("#Date: ")));
-    const int cpus = processorCount();
     QString fields = QStringLiteral("#Fields: DATE,TIME,SAMPLE_LENGTH_MILLI_S,SYS_TMR");
-    for (int c = 0; c < cpus; ++c)
+    for (int c = 0; c < processorCount(); ++c)
         fields += QStringLiteral(",CPU%1").arg(c);
     EXPECT_EQ(lines[3], fields);
-    for (int l = 4; l < 9; ++l) {
-        const QStringList cols = lines[l].split(QLatin1Char(','));
-        ASSERT_EQ(cols.size(), 4 + cpus) << lines[l].toStdString();
-        for (int c = 4; c < cols.size(); ++c) {
-            bool ok = false;
-            const int v = cols[c].toInt(&ok);
-            EXPECT_TRUE(ok && v >= 0 && v <= 100) << cols[c].toStdString();
-        }
-    }
-    EXPECT_EQ(lines[4].split(QLatin1Char(','))[2], QStringLiteral("1000"));
-}
-
-TEST_F(Headless, SecondStartAppendsAHeaderAndKeepsTheSettings)
-{
-    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("5")}), 0);
-    const auto before = settingsValues();
-    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("5")}), 0);
-    EXPECT_EQ(settingsValues(), before);
-
-    const QStringList lines = logLines();
-    ASSERT_EQ(lines.size(), 18);
-    EXPECT_EQ(lines[9], QStringLiteral("#Software: Vendrake - Ormivane"));
-    EXPECT_EQ(lines[12], lines[3]);
-}
-
-TEST_F(Headless, CloseNowInTheSettingsFileEndsTheRun)
-{
-    QProcess* p = start();
-    // Wait until start-up has written its settings.
-    for (int i = 0; i < 100 && !QFile::exists(config); ++i)
-        p->waitForFinished(50);
-    p->waitForFinished(1200);
-    ASSERT_EQ(p->state(), QProcess::Running);
-    {
-        QFile f(config);
-        ASSERT_TRUE(f.open(QIODevice::Append));
-        f.write("CloseNow=True\n");
-    }
-    const qint64 took = waitEnd(p, 5000);
-    ASSERT_GE(took, 0);
-    EXPECT_LE(took, 3000);
-    EXPECT_EQ(p->exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(p->exitCode(), 0);
-}
-
-TEST_F(Headless, ACloseNowLeftFromEarlierDoesNotStopTheNextStart)
-{
-    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("1")}), 0);
-    {
-        QFile f(config);
-        ASSERT_TRUE(f.open(QIODevice::Append));
-        f.write("CloseNow=True\n");
-    }
-    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("3")}), 0);
-    EXPECT_EQ(logLines().size(), 12);  // two header blocks, 1 + 3 lines
-}
-
-TEST_F(Headless, SigtermAndSigintEndTheRunCleanly)
-{
-    for (int sig : {SIGTERM, SIGINT}) {
-        QProcess* p = start();
-        p->waitForFinished(1500);
-        ASSERT_EQ(p->state(), QProcess::Running);
-        ::kill(pid_t(p->processId()), sig);
-        const qint64 took = waitEnd(p, 5000);
-        ASSERT_GE(took, 0);
-        EXPECT_LE(took, 3000);
-        EXPECT_EQ(p->exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(p->exitCode(), 0);
-    }
-    EXPECT_TRUE(QDir(dataDir + QStringLiteral("/Logs")).entryList({QStringLiteral("*.log1")}).isEmpty());
-}
-
-TEST_F(Headless, ASecondInstanceOnTheSameFolderIsRefused)
-{
-    QProcess* first = start();
-    first->waitForFinished(1000);
-    ASSERT_EQ(first->state(), QProcess::Running);
-    QString err;
-    const int status = run({QStringLiteral("--ticks"), QStringLiteral("1")}, &err);
-    EXPECT_NE(status, 0);
-    EXPECT_TRUE(err.contains(QStringLiteral("Ormivane is already running, please look for the icon in the Systray")))
-        << err.toStdString();
-    EXPECT_EQ(first->state(), QProcess::Running);
-    first->terminate();
-    EXPECT_GE(waitEnd(first, 5000), 0);
-}
-
-TEST_F(Headless, ALogFolderThatCannotBeMadeEndsTheProgramWithAMessage)
-{
-    ASSERT_TRUE(QDir().mkpath(dataDir));
-    {
-        QFile blocker(dataDir + QStringLiteral("/Logs"));  // a file where the folder belongs
-        ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    }
-    QString err;
-    const int status = run({QStringLiteral("--ticks"), QStringLiteral("3")}, &err);
-    EXPECT_NE(status, 0);
-    EXPECT_TRUE(err.contains(QStringLiteral("Logs"))) << err.toStdString();
-}
-
-TEST_F(Headless, AConfigThatIsAFolderOrCannotBeMadeIsRefused)
-{
-    const QString folder = dir.filePath(QStringLiteral("settings-folder"));
-    ASSERT_TRUE(QDir().mkpath(folder));
-    ASSERT_TRUE(QFile::setPermissions(folder, QFile::Permissions(0x7755)));
-    const QFile::Permissions before = QFile::permissions(folder);
-    {
-        QFile blocker(dir.filePath(QStringLiteral("plain-file")));  // a file where a folder would be made
-        ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    }
-    for (const QString& bad : {folder, dir.filePath(QStringLiteral("plain-file/sub/o.conf"))}) {
-        SCOPED_TRACE(bad.toStdString());
-        config = bad;
-        QString err;
-        EXPECT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("1")}, &err), 2);
-        EXPECT_TRUE(err.contains(bad)) << err.toStdString();
-    }
-    EXPECT_EQ(QFile::permissions(folder), before);
-    EXPECT_FALSE(QFile::exists(dataDir + QStringLiteral("/Logs")));  // refused before anything ran
-}
-
-TEST_F(Headless, AWindowSizeNoScreenCanHoldIsCutDownAndTheProgramRuns)
-{
-    {
-        QSettings s(config, QSettings::IniFormat);
-        s.setValue(QStringLiteral("Settings/FirstRun"), QStringLiteral("False"));
-        s.setValue(QStringLiteral("Settings/Sensors"), QStringLiteral("2"));
-        s.setValue(QStringLiteral("Settings/Sensor1/LocWidth"), QStringLiteral("2147483647"));
-        s.setValue(QStringLiteral("Settings/Sensor1/LocHeight"), QStringLiteral("2147483647"));
-        s.setValue(QStringLiteral("Settings/Sensor2/GraphType"), QStringLiteral("2"));
-        s.setValue(QStringLiteral("Settings/Sensor2/LocWidth"), QStringLiteral("900000"));
-        s.setValue(QStringLiteral("Settings/Sensor2/Node1/NodeType"), QStringLiteral("5"));
-    }
-    QString err;
-    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("2")}, &err), 0) << err.toStdString();
-}
-
-TEST_F(Headless, DebugWordWritesTheTrace)
-{
-    ASSERT_EQ(run({QStringLiteral("--ticks"), QStringLiteral("1"), QStringLiteral("txtDebug")}), 0);
-    QFile f(dataDir + QStringLiteral("/Ormivane.txt"));
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const QString text = QString::fromLocal8Bit(f.readAll());
+    QFile trace(r.dataDir + QStringLiteral("/Ormivane.txt"));
+    ASSERT_TRUE(trace.open(QIODevice::ReadOnly));
+    const QString text = QString::fromLocal8Bit(trace.readAll());
     EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d OS=8  \\d+\\.\\d+\\.\\d+\\n"))
-                    .match(text)
-                    .hasMatch())
-        << text.left(200).toStdString();
-    EXPECT_TRUE(text.contains(QStringLiteral("0 - LoadMain 2.0\n")));
-    EXPECT_TRUE(text.contains(QStringLiteral("0 - TimerData 1.0\n")));
-    EXPECT_TRUE(text.contains(QStringLiteral("UnLoadMain 2.0\n")));
+                    .match(text).hasMatch()) << qPrintable(text.left(200));
+    EXPECT_TRUE(text.contains(QStringLiteral("0 - LoadMain 2.0\n")) && text.contains(QStringLiteral("UnLoadMain 2.0\n")));
+
+    // A second start keeps the settings and appends a header block of the same columns.
+    ASSERT_EQ(runToEnd(r, 2), 0);
+    EXPECT_EQ(settingsOf(r), first);
+    lines = r.lines();
+    ASSERT_EQ(lines.size(), 13);
+    EXPECT_EQ(lines[10], lines[3]);
+
+    // A CloseNow left in the file from an earlier run does not stop the next start.
+    {
+        QFile f(r.config);
+        ASSERT_TRUE(f.open(QIODevice::Append));
+        f.write("CloseNow=True\n");
+    }
+    ASSERT_EQ(runToEnd(r, 2), 0);
+    EXPECT_EQ(r.valueLines().size(), 3 + 2 + 2);
 }
 
-TEST_F(Headless, HelpAndVersionAnswerWithoutStarting)
+TEST(Headless, CloseNowSigtermAndSigintEndTheRunCleanly)
 {
-    QProcess p;
-    p.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--version")});
-    ASSERT_TRUE(p.waitForFinished(5000));
-    EXPECT_EQ(p.exitCode(), 0);
-    EXPECT_TRUE(QString::fromLocal8Bit(p.readAllStandardOutput()).startsWith(QStringLiteral("Ormivane ")));
-    p.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--help")});
-    ASSERT_TRUE(p.waitForFinished(5000));
-    EXPECT_TRUE(QString::fromLocal8Bit(p.readAllStandardOutput()).contains(QStringLiteral("--ticks")));
+    for (int way : {0, SIGTERM, SIGINT}) {
+        SCOPED_TRACE(way);
+        HeadlessRun r;
+        r.start(600, {});
+        ASSERT_TRUE(r.waitForValueLines(1));
+        if (way == 0) {
+            QFile f(r.config);
+            ASSERT_TRUE(f.open(QIODevice::Append));
+            f.write("CloseNow=True\n");
+        } else {
+            ::kill(pid_t(r.process.processId()), way);
+        }
+        ASSERT_TRUE(r.process.waitForFinished(5000));
+        EXPECT_EQ(r.process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(r.process.exitCode(), 0);
+        EXPECT_TRUE(QDir(r.dataDir + QStringLiteral("/Logs")).entryList({QStringLiteral("*.log1")}).isEmpty());
+    }
+}
+
+TEST(Headless, ConfigAndLogFoldersThatCannotBeUsedAreRefused)
+{
+    // A folder as the settings file, one under a plain file, and a file where the Logs folder belongs.
+    for (int c = 0; c < 3; ++c) {
+        SCOPED_TRACE(c);
+        HeadlessRun r;
+        const QString folder = r.dir.filePath(QStringLiteral("settings-folder"));
+        ASSERT_TRUE(QDir().mkpath(folder) && QDir().mkpath(r.dataDir));
+        ASSERT_TRUE(QFile::setPermissions(folder, QFile::Permissions(0x7755)));
+        const QFile::Permissions before = QFile::permissions(folder);
+        QFile(r.dir.filePath(QStringLiteral("plain-file"))).open(QIODevice::WriteOnly);
+        if (c == 0)
+            r.config = folder;
+        else if (c == 1)
+            r.config = r.dir.filePath(QStringLiteral("plain-file/sub/o.conf"));
+        else
+            QFile(r.dataDir + QStringLiteral("/Logs")).open(QIODevice::WriteOnly);
+        QString err;
+        const int status = runToEnd(r, 1, {}, &err);
+        if (c < 2) {
+            EXPECT_EQ(status, 2);
+            EXPECT_TRUE(err.contains(r.config)) << qPrintable(err);
+            EXPECT_FALSE(QFile::exists(r.dataDir + QStringLiteral("/Logs")));  // refused before anything ran
+        } else {
+            EXPECT_NE(status, 0);
+            EXPECT_TRUE(err.contains(QStringLiteral("Logs"))) << qPrintable(err);
+        }
+        EXPECT_EQ(QFile::permissions(folder), before);
+    }
+}
+
+TEST(Headless, AWindowSizeNoScreenCanHoldIsCutDownAndTheProgramRuns)
+{
+    HeadlessRun r;
+    r.writeSettings({{QStringLiteral("Sensors"), QStringLiteral("2")},
+                     {QStringLiteral("Sensor1/LocWidth"), QStringLiteral("2147483647")},
+                     {QStringLiteral("Sensor1/LocHeight"), QStringLiteral("2147483647")},
+                     {QStringLiteral("Sensor2/GraphType"), QStringLiteral("2")},
+                     {QStringLiteral("Sensor2/LocWidth"), QStringLiteral("900000")},
+                     {QStringLiteral("Sensor2/Node1/NodeType"), QStringLiteral("5")}});
+    QString err;
+    ASSERT_EQ(runToEnd(r, 2, {}, &err), 0) << qPrintable(err);
 }
 
 }  // namespace

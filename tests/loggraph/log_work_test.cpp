@@ -1,6 +1,6 @@
 // The log readers of the control panel on a started Monitor over the crafted
-// corpus: status texts, refusals, the stop, the export, and today's log
-// written by the tick while it is read.
+// corpus: status texts, refusals, the stop, and today's log written by the
+// tick while it is read.
 #include "../logging/log_corpus.h"
 #include "../monitor/monitor_fixture.h"
 #include "monitor/log_work.h"
@@ -54,23 +54,6 @@ protected:
     int pumps = 0;
     std::function<void()> onPump;
 };
-
-TEST_F(LogWorkTest, HeaderRefreshCountsAndDescribesTheColumns)
-{
-    work->refreshListClicked(1);
-    EXPECT_EQ(statuses, (QStringList{RefreshingHeadersText, "(13) Records Found"}));
-    EXPECT_EQ(monitor->Sensors[1].LogRecordCount, CorpusRecords);
-    ASSERT_EQ(work->columnsGraph(), 1);
-    QStringList names;
-    for (const LogColumn& c : work->columns())
-        names << c.name;
-    EXPECT_EQ(names, CorpusColumns);
-    EXPECT_EQ(work->columns()[4].description, "Ping Round-Trip Time in mSeconds (10.0.0.1)");
-    EXPECT_EQ(headers, QList<int>{1});
-    EXPECT_FALSE(work->busy());
-    EXPECT_TRUE(leftovers().isEmpty());  // today, 2026-03-05, was read through its copy
-    EXPECT_EQ(work->skips().describe(), "1 records without a date, 1 files that are no daily log");
-}
 
 TEST_F(LogWorkTest, GraphRefreshDrawsTheBucketsOnTheLogGraphsView)
 {
@@ -166,26 +149,6 @@ TEST_F(LogWorkTest, StopAndClosingEndTheReading)
     EXPECT_TRUE(work->ExportLog(1));
     EXPECT_TRUE(opened.isEmpty());
     EXPECT_TRUE(QFile::exists(work->exportPath()));
-}
-
-TEST_F(LogWorkTest, ExportWritesTheCsvOrSaysWhyNot)
-{
-    ASSERT_TRUE(work->exportClicked(1));
-    EXPECT_EQ(statuses, (QStringList{ExportingLogsText, ""}));
-    EXPECT_EQ(opened, QStringList{dataDir() + "/LogExport.csv"});
-    QFile f(work->exportPath());
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromLocal8Bit(f.readAll()).split("\r\n"), CorpusCsv);
-    f.close();
-
-    QFile::remove(work->exportPath());
-    QDir().mkpath(work->exportPath());  // a folder in the way
-    opened.clear();
-    EXPECT_FALSE(work->exportClicked(1));
-    EXPECT_EQ(messages, QStringList{"Cannot write LogExport.csv: Is a directory"});
-    EXPECT_EQ(work->error(), messages.first());
-    EXPECT_TRUE(opened.isEmpty());
-    EXPECT_FALSE(work->busy());
 }
 
 TEST_F(LogWorkTest, GraphsThatChangeDuringTheReadingGetNothing)
