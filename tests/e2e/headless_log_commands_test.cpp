@@ -1,9 +1,11 @@
 // The log commands of build/ormivane on the crafted corpus: --log-headers and
-// --export-log cell for cell, and what they refuse.
+// --export-log cell for cell, the Log Graph's picture with --snapshot, what
+// they refuse, and a reading beside a monitor that goes on writing today's log.
 #include "run_headless.h"
 #include "../logging/log_corpus.h"
 
 #include <QDir>
+#include <QImage>
 #include <gtest/gtest.h>
 
 using namespace orm::test;
@@ -15,20 +17,40 @@ struct Outcome {
     QStringList out, err;
 };
 
-// A CPU Graph, then Log Graph 2 over the corpus showing CPU0 and PING_RTT_10.0.0.1.
-std::map<QString, QString> logGraph()
+// A CPU Graph that logs, then Log Graph 2 over the corpus showing CPU0 (red)
+// and PING_RTT_10.0.0.1 (blue), and Log Graph 3 over today.
+std::map<QString, QString> logGraphs()
 {
-    return {{"Sensors", "2"}, {"Sensor1/Node1/NodeType", "5"}, {"Sensor2/LogGraph", "True"},
-            {"Sensor2/LogStart", "20260304120000"}, {"Sensor2/LogEnd", "20260306120000"}, {"Sensor2/Nodes", "2"},
-            {"Sensor2/Node1/NodeType", "5"}, {"Sensor2/Node1/LogItemView", "CPU0"}, {"Sensor2/Node2/NodeType", "8"},
-            {"Sensor2/Node2/LogItemView", "PING_RTT_10.0.0.1"}};
+    const QString today = QDate::currentDate().toString(QStringLiteral("yyyyMMdd"));
+    std::map<QString, QString> s{{"Sensors", "3"}, {"Sensor1/Nodes", "1"}, {"Sensor1/Node1/NodeType", "5"},
+                                 {"Sensor1/Node1/LogData", "True"}};
+    for (const char* k : {"Sensor2/", "Sensor3/"}) {
+        const QString key = QLatin1String(k);
+        s[key + "LogGraph"] = "True";
+        s[key + "LocWidth"] = "568";
+        s[key + "LocHeight"] = "159";
+        s[key + "GraphBackColor"] = "16777215";
+        s[key + "Node1/NodeType"] = "5";
+        s[key + "Node1/LogItemView"] = "CPU0";
+        s[key + "Node1/PenColor"] = "255";
+    }
+    s["Sensor2/LogStart"] = "20260304120000";
+    s["Sensor2/LogEnd"] = "20260306120000";
+    s["Sensor2/Nodes"] = "2";
+    s["Sensor2/Node2/NodeType"] = "8";
+    s["Sensor2/Node2/LogItemView"] = "PING_RTT_10.0.0.1";
+    s["Sensor2/Node2/PenColor"] = "16711680";
+    s["Sensor3/LogStart"] = today + "000000";
+    s["Sensor3/LogEnd"] = today + "235959";
+    s["Sensor3/Nodes"] = "1";
+    return s;
 }
 
 class HeadlessLogCommands : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        run.writeSettings(logGraph());
+        run.writeSettings(logGraphs());
         ASSERT_TRUE(writeCorpus(run.dataDir));
     }
 
@@ -110,7 +132,7 @@ TEST_F(HeadlessLogCommands, RefusalsAndAnExportThatCannotBeWritten)
     EXPECT_EQ(o.err, QStringList{"ormivane: Graph 1 (New Graph 1) is not a Log Graph"});
     o = command({QStringLiteral("--export-log"), QStringLiteral("4")});
     EXPECT_EQ(o.status, 2);
-    EXPECT_EQ(o.err, QStringList{"ormivane: there is no Graph 4 (the settings hold 2)"});
+    EXPECT_EQ(o.err, QStringList{"ormivane: there is no Graph 4 (the settings hold 3)"});
     o = command({QStringLiteral("--export-log"), QStringLiteral("two")});
     EXPECT_EQ(o.status, 2);
     EXPECT_TRUE(o.out.isEmpty());
@@ -119,6 +141,52 @@ TEST_F(HeadlessLogCommands, RefusalsAndAnExportThatCannotBeWritten)
     o = command({QStringLiteral("--export-log"), QStringLiteral("2")});
     EXPECT_EQ(o.status, 1);
     EXPECT_EQ(o.err, QStringList{"ormivane: Cannot write LogExport.csv: Is a directory"});
+    EXPECT_TRUE(QDir(run.dataDir + QStringLiteral("/Logs")).entryList({QStringLiteral("*.log1")}).isEmpty());
+}
+
+TEST_F(HeadlessLogCommands, SnapshotShowsTheRefreshedLogGraph)
+{
+    const QString snap = run.dir.filePath(QStringLiteral("S"));
+    const Outcome o = command({QStringLiteral("--log-headers"), QStringLiteral("2"), QStringLiteral("--snapshot"), snap});
+    ASSERT_EQ(o.status, 0) << o.err.join('\n').toStdString();
+    const QImage picture(snap + QStringLiteral("/Graph2.png"));
+    ASSERT_EQ(picture.size(), QSize(568, 159));
+    // Twelve points at the right end of the plot, in both pens; nothing to their left.
+    int red = 0, blue = 0, leftOfThem = 0;
+    for (int y = 30; y < 159; ++y)
+        for (int x = 55; x < 568; ++x) {
+            const QColor c = picture.pixelColor(x, y);
+            const bool pen = c == QColor(255, 0, 0) || c == QColor(0, 0, 255);
+            red += c == QColor(255, 0, 0);
+            blue += c == QColor(0, 0, 255);
+            leftOfThem += pen && x < 568 - 60;
+        }
+    EXPECT_GT(red, 5);
+    EXPECT_GT(blue, 5);
+    EXPECT_EQ(leftOfThem, 0);
+}
+
+TEST_F(HeadlessLogCommands, ExportBesideAMonitorWritingTodaysLog)
+{
+    run.start(8);
+    ASSERT_TRUE(run.waitForValueLines(3));
+    const Outcome o = command({QStringLiteral("--export-log"), QStringLiteral("3")});
+    ASSERT_EQ(o.status, 0) << o.err.join('\n').toStdString();
+    ASSERT_TRUE(run.finish());
+
+    // Every line exported is a whole record of today's log, and the monitor lost none of its own.
+    const QStringList lines = QString::fromLocal8Bit(exported()).split(QStringLiteral("\r\n"));
+    ASSERT_GE(lines.size(), 4);
+    EXPECT_EQ(lines.first(), QStringLiteral("DATE,TIME,CPU0"));
+    const QStringList written = run.valueLines();
+    EXPECT_EQ(written.size(), 8);
+    const QStringList cpu = run.column(QStringLiteral("CPU0"));
+    for (int i = 1; i < lines.size(); ++i) {
+        const QStringList cells = lines[i].split(QLatin1Char(','));
+        ASSERT_EQ(cells.size(), 3) << lines[i].toStdString();
+        EXPECT_EQ(cells[2], cpu.value(i - 1)) << i;
+        EXPECT_TRUE(written.value(i - 1).startsWith(cells[0] + QLatin1Char(',') + cells[1]));
+    }
     EXPECT_TRUE(QDir(run.dataDir + QStringLiteral("/Logs")).entryList({QStringLiteral("*.log1")}).isEmpty());
 }
 

@@ -197,7 +197,7 @@ TEST_F(Corpus, GraphPassBucketsOfBPlusOneRecords)
     EXPECT_EQ(missing.values.back(), std::vector<double>{0});
 }
 
-TEST_F(Corpus, ExportCellByCell)
+TEST_F(Corpus, ExportCellByCellOrWhyNot)
 {
     EXPECT_EQ(exportLines({"CPU0", "PING_RTT_10.0.0.1"}), CorpusCsv);
     // A missing column shifts the line; two Nodes on one column give it twice.
@@ -210,6 +210,26 @@ TEST_F(Corpus, ExportCellByCell)
     // A range with no records: the first line only.
     range.logStart = range.logEnd = CorpusStart;
     EXPECT_EQ(exportLines({"CPU0"}), QStringList{"DATE,TIME,CPU0"});
+    // A folder stands where the file should be.
+    QFile::remove(tmp.path() + "/LogExport.csv");
+    QDir(tmp.path()).mkdir(QStringLiteral("LogExport.csv"));
+    const LogExportResult r = exportLogCsv(range, {"CPU0"}, tmp.path() + "/LogExport.csv", pacer, skips);
+    EXPECT_FALSE(r.written);
+    EXPECT_EQ(r.error, "Is a directory");
+}
+
+TEST_F(Corpus, StopsWhenTold)
+{
+    int pumps = 0;
+    bool stop = false;
+    LogPacer stopping([&pumps] { ++pumps; }, [&stop] { return stop; }, 0);
+    Points p;
+    p.onPoint = [&stop] { stop = true; };
+    readLogGraph(range, {"CPU0"}, 0, 600, p, stopping, skips);
+    EXPECT_EQ(p.values.size(), 5u);  // the rest of the block, then no more file
+    EXPECT_GT(pumps, 0);
+    EXPECT_TRUE(stopping.stopped());
+    EXPECT_TRUE(leftovers().isEmpty());
 }
 
 TEST_F(Corpus, TodayIsReadFromItsWorkingCopyWhichThenGoes)

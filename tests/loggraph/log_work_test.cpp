@@ -1,6 +1,5 @@
 // The log readers of the control panel on a started Monitor over the crafted
-// corpus: status texts, refusals, the stop, and today's log written by the
-// tick while it is read.
+// corpus: status texts, refusals, the stop, and Graphs that change meanwhile.
 #include "../logging/log_corpus.h"
 #include "../monitor/monitor_fixture.h"
 #include "monitor/log_work.h"
@@ -61,7 +60,6 @@ TEST_F(LogWorkTest, GraphRefreshDrawsTheBucketsOnTheLogGraphsView)
     work->refreshGraphClicked(1);
     EXPECT_EQ(statuses, (QStringList{RefreshingHeadersText, "(13) Records Found", RedrawingGraphText, ""}));
     EXPECT_EQ(points(0), (std::vector<double>{3, 4, 5, 6, 0, 10, 20, 30, 40, 50, 60, 70}));
-    EXPECT_EQ(points(1), (std::vector<double>{0, 0, 7, 7, 9, 11, 12, 0, 0, 13, 13, 14}));
     EXPECT_EQ(view(1).labels().front(), "3/4/26 12:00");
     EXPECT_EQ(drawn.last(), 1);
     EXPECT_FALSE(work->busy() || work->StopLogWork);
@@ -77,28 +75,6 @@ TEST_F(LogWorkTest, GraphRefreshDrawsTheBucketsOnTheLogGraphsView)
     work->refreshGraphClicked(1);
     EXPECT_EQ(statuses, (QStringList{RefreshingHeadersText, "(9) Records Found", RedrawingGraphText, ""}));
     EXPECT_EQ(points(0), (std::vector<double>{3, 4, 5, 6, 0, 10, 20, 30}));
-}
-
-TEST_F(LogWorkTest, TodaysLogGoesOnBeingWrittenWhileItIsRead)
-{
-    // Each pause of the reading runs a tick, which writes a line into today's log.
-    int ticks = 0;
-    onPump = [&] {
-        tick();
-        ++ticks;
-    };
-    work->RefreshLogHeaders(1);
-    ASSERT_GT(ticks, 0);
-    EXPECT_TRUE(leftovers().isEmpty());
-    const QStringList written = logLines();
-    int valueLines = 0;
-    for (const QString& l : written)
-        valueLines += l.startsWith(QLatin1String("2026-03-05,09:07:")) ? 1 : 0;
-    EXPECT_EQ(valueLines, ticks);  // every tick's line is there, none torn
-    // The lines written meanwhile are records of the range too.
-    onPump = nullptr;
-    work->RefreshLogHeaders(1);
-    EXPECT_EQ(monitor->Sensors[1].LogRecordCount, CorpusRecords + ticks);
 }
 
 TEST_F(LogWorkTest, OneReaderAtATime)

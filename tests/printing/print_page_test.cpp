@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QTemporaryDir>
 #include <QTime>
@@ -134,22 +135,31 @@ TEST(PrintedPage, BarGraphPrintsItsBarsAlsoWhenHidden)
 
 TEST(PrintedPage, WhatCannotBePrintedIsToldAndAnOldPageKept)
 {
-    PrintRig tray(SystrayIcon);
-    tray.open();
-    EXPECT_EQ(tray.print().outcome, PrintResult::NotPrintable);
-    EXPECT_TRUE(tray.statuses.isEmpty());
-    EXPECT_FALSE(QFile::exists(tray.path()));
+    // Only Line and Bar Graphs print; the others say nothing.
+    for (int type : {SystrayIcon, TextGraph, VistaGadget}) {
+        PrintRig other(type);
+        other.open();
+        EXPECT_EQ(other.print().outcome, PrintResult::NotPrintable) << type;
+        EXPECT_TRUE(other.statuses.isEmpty()) << type;
+        EXPECT_FALSE(QFile::exists(other.path())) << type;
+    }
 
     PrintRig rig;
     rig.open();
-    PrintResult r = rig.print(1);
-    EXPECT_EQ(r.outcome, PrintResult::Failed);
-    EXPECT_EQ(rig.statuses, QStringList{QStringLiteral("There is no Graph 2 to print")});
+    for (int index : {-1, 1, 70000}) {
+        rig.statuses.clear();
+        EXPECT_EQ(rig.print(index).outcome, PrintResult::Failed);
+        EXPECT_EQ(rig.statuses, QStringList{QStringLiteral("There is no Graph %1 to print").arg(index + 1)});
+    }
     const QString missingFolder = rig.path(QStringLiteral("no/such/folder/page.pdf"));
-    r = rig.print(0, missingFolder);
+    const PrintResult r = rig.print(0, missingFolder);
     EXPECT_EQ(r.outcome, PrintResult::Failed);
     EXPECT_TRUE(r.error.startsWith(QStringLiteral("Cannot write ") + missingFolder)) << qPrintable(r.error);
     EXPECT_EQ(rig.statuses.last(), r.error);
+    // A folder where the file should be: it stays a folder.
+    ASSERT_TRUE(QDir().mkpath(rig.path(QStringLiteral("taken.pdf"))));
+    EXPECT_EQ(rig.print(0, rig.path(QStringLiteral("taken.pdf"))).outcome, PrintResult::Failed);
+    EXPECT_TRUE(QFileInfo(rig.path(QStringLiteral("taken.pdf"))).isDir());
 
     // Printed again over an older page: the new one replaces it whole.
     ASSERT_EQ(rig.print().outcome, PrintResult::Printed);
