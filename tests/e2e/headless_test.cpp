@@ -122,6 +122,18 @@ TEST(Headless, ConfigAndLogFoldersThatCannotBeUsedAreRefused)
     }
 }
 
+TEST(Headless, HelpAndVersionAnswerWithoutStarting)
+{
+    QProcess p;
+    p.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--version")});
+    ASSERT_TRUE(p.waitForFinished(5000));
+    EXPECT_EQ(p.exitCode(), 0);
+    EXPECT_TRUE(QString::fromLocal8Bit(p.readAllStandardOutput()).startsWith(QStringLiteral("Ormivane ")));
+    p.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--help")});
+    ASSERT_TRUE(p.waitForFinished(5000));
+    EXPECT_TRUE(QString::fromLocal8Bit(p.readAllStandardOutput()).contains(QStringLiteral("--ticks")));
+}
+
 TEST(Headless, AWindowSizeNoScreenCanHoldIsCutDownAndTheProgramRuns)
 {
     HeadlessRun r;
