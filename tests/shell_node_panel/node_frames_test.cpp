@@ -83,7 +83,6 @@ TEST_F(NodePanelTest, HostTestPutsTheAddressInTheNode)
 
     click(QStringLiteral("imgResolve"));
     ASSERT_NE(frame->hostTest(), nullptr);
-    EXPECT_EQ(child<QLabel>(QStringLiteral("lblGen(22)"))->text(), HostResolvingText);
     QSignalSpy address(frame->hostTest(), &HostTest::hostTextChanged);
     ASSERT_TRUE(address.wait(30000));
 
@@ -91,11 +90,6 @@ TEST_F(NodePanelTest, HostTestPutsTheAddressInTheNode)
     EXPECT_EQ(ip->text(), QStringLiteral("127.0.0.1"));
     EXPECT_EQ(ip->palette().color(QPalette::Base), QColor(0, 255, 0));
     EXPECT_EQ(stored(0, 0, "PingIP"), QStringLiteral("127.0.0.1"));
-
-    if (frame->hostTest()->busy()) {
-        click(QStringLiteral("imgResolve"));
-        EXPECT_EQ(child<QLabel>(QStringLiteral("lblGen(22)"))->text(), HostStoppedText);
-    }
 }
 
 }  // namespace
