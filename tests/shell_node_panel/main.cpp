@@ -1,10 +1,2 @@
-#include <QApplication>
-#include <gtest/gtest.h>
-
-int main(int argc, char* argv[])
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+// Kept for the test folders that still name this file as their main.
+#include "../shell_common/qapp_main.cpp"

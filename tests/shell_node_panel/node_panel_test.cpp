@@ -6,102 +6,61 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QToolButton>
+#include <unistd.h>
 
 namespace orm::test {
 namespace {
 
-const QStringList AllFrames = {
-    QStringLiteral("pctMeasureOptions"), QStringLiteral("pctNetCard"),       QStringLiteral("pctDriveList"),
-    QStringLiteral("pctCPU"),            QStringLiteral("pctSSID"),          QStringLiteral("pctDownloadURL"),
-    QStringLiteral("pctWebsite"),        QStringLiteral("framPingResponse"), QStringLiteral("pctProcesses"),
-    QStringLiteral("pctSpeedTest"),
-};
-
-// MemTotal of the machine in whole MBytes, from its own /proc/meminfo.
-qint64 machineMemoryMb()
-{
-    QFile f(QStringLiteral("/proc/meminfo"));
-    if (!f.open(QIODevice::ReadOnly))
-        return -1;
-    const auto m = QRegularExpression(QStringLiteral("MemTotal:\\s+(\\d+) kB")).match(QString::fromLatin1(f.readAll()));
-    return m.hasMatch() ? qRound64(m.captured(1).toDouble() / 1024.0) : -1;
-}
-
 TEST_F(NodePanelTest, LoadingAnyNodeWritesNothingAndShowsOnlyItsFrames)
 {
-    struct Case {
-        int type;
-        QStringList frames;
-    };
-    const std::vector<Case> cases = {
+    const QStringList frames = {QStringLiteral("pctMeasureOptions"), QStringLiteral("pctDriveList"),
+                                QStringLiteral("pctCPU"), QStringLiteral("pctDownloadURL"), QStringLiteral("pctWebsite")};
+    const std::vector<std::pair<int, QStringList>> cases = {
         {CpuType, {QStringLiteral("pctCPU")}},
-        {RamType, {QStringLiteral("pctMeasureOptions")}},
         {WebsiteType, {QStringLiteral("pctDownloadURL"), QStringLiteral("pctWebsite")}},
-        {LanType, {QStringLiteral("pctDownloadURL")}},
-        {PingType, {QStringLiteral("framPingResponse")}},
         {DriveSpaceType, {QStringLiteral("pctMeasureOptions"), QStringLiteral("pctDriveList")}},
-        {DiskReadType, {QStringLiteral("pctDriveList")}},
-        {DownloadNodeType, {QStringLiteral("pctNetCard")}},
-        {SpeedTestType, {QStringLiteral("pctSpeedTest")}},
-        {ProcessType, {QStringLiteral("pctProcesses")}},
-        {WifiType, {QStringLiteral("pctSSID")}},
         {SysUptimeType, {}},
     };
-    node(0, 0).NodeType = cases[0].type;
+    node(0, 0).NodeType = cases[0].first;
     for (size_t k = 1; k < cases.size(); ++k)
-        addNode(0, cases[k].type);
+        addNode(0, cases[k].first);
     // A Slave whose Master has gone, on a Bar Graph.
     const int slave = addNode(1, WebsiteType, QStringLiteral("Slave"));
     monitor->Sensors[1].GraphType = BarGraph;
     node(1, slave).WebsiteMaster = false;
     node(1, slave).WebsiteSlaveToSensor = 5;
     node(1, slave).WebsiteSlaveToNode = 9;
-    node(1, slave).BarWidth = 4;
+    node(1, slave).BarWidth = 4;  // a Bar Graph's width, not the pen's
     node(1, slave).PenWidth = 1;
     monitor->AddSensor(true);  // a Log Graph
     monitor->SaveSettings();
     const QByteArray before = fileBytes();
-    ASSERT_FALSE(before.isEmpty());
     const quint64 identity = fileIdentity();
 
     for (size_t k = 0; k < cases.size(); ++k) {
-        SCOPED_TRACE(cases[k].type);
+        SCOPED_TRACE(cases[k].first);
         panel->load(0, int(k));
-        EXPECT_EQ(panel->graph(), 0);
-        EXPECT_EQ(panel->node(), int(k));
-        EXPECT_EQ(child<QLabel>(QStringLiteral("lblPanelTitle"))->text(), node(0, int(k)).Name);
-        for (const QString& frame : AllFrames)
-            EXPECT_EQ(shown(frame), cases[k].frames.contains(frame)) << frame.toStdString();
-        EXPECT_TRUE(child<QToolButton>(QStringLiteral("imgGraphType(%1)").arg(cases[k].type - 1))->isChecked());
-        EXPECT_EQ(fileBytes(), before);
+        for (const QString& frame : frames)
+            EXPECT_EQ(shown(frame), cases[k].second.contains(frame)) << frame.toStdString();
+        EXPECT_TRUE(child<QToolButton>(QStringLiteral("imgGraphType(%1)").arg(cases[k].first - 1))->isChecked());
     }
-
     panel->load(1, slave);
-    EXPECT_TRUE(child<QAbstractButton>(QStringLiteral("optMasterSlave(1)"))->isChecked());
     EXPECT_EQ(child<QComboBox>(QStringLiteral("cmbMasterSlave"))->currentText(), QStringLiteral("5: 9"));
     EXPECT_EQ(child<QComboBox>(QStringLiteral("cmbLineWidth"))->currentText(), QStringLiteral("4"));
-    EXPECT_EQ(node(1, slave).WebsiteSlaveToSensor, 5);
-    EXPECT_EQ(node(1, slave).WebsiteSlaveToNode, 9);
-
-    // A Log Graph's Node: the tiles and nothing else.
-    panel->load(2, 0);
+    panel->load(2, 0);  // a Log Graph's Node: the tiles and nothing else
     EXPECT_TRUE(shown(QStringLiteral("imgCategory(0)")));
     EXPECT_FALSE(shown(QStringLiteral("pctNodeLook")));
-    EXPECT_FALSE(shown(QStringLiteral("pctAveraging")));
 
     EXPECT_EQ(fileBytes(), before);
     EXPECT_EQ(fileIdentity(), identity);  // not even saved unchanged
     EXPECT_TRUE(host.calls.isEmpty());
     EXPECT_TRUE(host.messages.isEmpty());
     EXPECT_EQ(treeChanged->count(), 0);
-
-    const QString physical = child<QLabel>(QStringLiteral("lblTotalPhysical"))->text();
-    EXPECT_EQ(physical, QStringLiteral("Total Physical Memory:  %1 MBytes").arg(machineMemoryMb()));
-    EXPECT_TRUE(child<QLabel>(QStringLiteral("lblTotalVirtual"))->text().startsWith(QStringLiteral("Total Virtual Memory:  ")));
-    EXPECT_TRUE(child<QLabel>(QStringLiteral("lblTotalPagefile"))->text().endsWith(QStringLiteral(" MBytes")));
+    const qint64 memory = qint64(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGE_SIZE);
+    EXPECT_EQ(child<QLabel>(QStringLiteral("lblTotalPhysical"))->text(),
+              QStringLiteral("Total Physical Memory:  %1 MBytes").arg(qRound64(memory / 1048576.0)));
 }
 
 TEST_F(NodePanelTest, TypeTilesRefuseASecondLanAndRetypeTheGraphsUnit)
@@ -110,19 +69,7 @@ TEST_F(NodePanelTest, TypeTilesRefuseASecondLanAndRetypeTheGraphsUnit)
     addNode(0, CpuType);
     panel->load(0, 0);
     const QByteArray before = fileBytes();
-    {
-        // A save replaces the file, so an unchanged identity means nothing was saved.
-        const quint64 identity = fileIdentity();
-        monitor->SaveSettings();
-        ASSERT_NE(fileIdentity(), identity);
-    }
-
-    // Browsing a category changes nothing.
-    click(QStringLiteral("imgCategory(0)"));
-    EXPECT_TRUE(shown(QStringLiteral("imgGraphType(6)")));
-    EXPECT_FALSE(shown(QStringLiteral("imgGraphType(4)")));
-    EXPECT_EQ(fileBytes(), before);
-
+    click(QStringLiteral("imgCategory(0)"));  // browsing a category changes nothing
     click(QStringLiteral("imgGraphType(6)"));
     EXPECT_EQ(host.messages, QStringList{OnlyOneNodeOfTypeText});
     EXPECT_EQ(node(0, 0).NodeType, CpuType);
@@ -135,119 +82,60 @@ TEST_F(NodePanelTest, TypeTilesRefuseASecondLanAndRetypeTheGraphsUnit)
     click(QStringLiteral("imgCategory(1)"));
     click(QStringLiteral("imgGraphType(5)"));
     const Graph& g = monitor->Sensors[0];
-    EXPECT_EQ(node(0, 0).NodeType, RamType);
-    EXPECT_EQ(g.DataType, QStringLiteral("bytes"));
     EXPECT_EQ(g.LegendUnits, QStringLiteral("MBytes"));
-    EXPECT_EQ(g.DataMagnitude, 20);
     EXPECT_EQ(stored(0, 0, "NodeType"), QStringLiteral("6"));
     EXPECT_TRUE(shown(QStringLiteral("pctMeasureOptions")));
-    EXPECT_FALSE(shown(QStringLiteral("pctCPU")));
-    EXPECT_TRUE(child<QToolButton>(QStringLiteral("imgGraphType(5)"))->isChecked());
     EXPECT_EQ(host.calls, (QStringList{QStringLiteral("nodes:0"), QStringLiteral("redraw:0")}));
     EXPECT_EQ(treeChanged->count(), 1);
     // The CPU Node behind it accepts bytes no more: the warning, word for word.
     EXPECT_EQ(host.messages, QStringList{QStringLiteral("Warning: ") + g.Name +
                                          QStringLiteral(" has Nodes that are not using the same data type. See "
                                                         "Help for more details.")});
-}
 
-TEST_F(NodePanelTest, PingTargetSizeAndKbpsAreStored)
-{
+    // A ping in Kbps takes the Graph to a bandwidth.
     node(0, 0).NodeType = PingType;
-    monitor->SaveSettings();
     panel->load(0, 0);
-
-    auto* ip = child<QLineEdit>(QStringLiteral("txtPingIP"));
-    ip->setText(QStringLiteral("127.0.0.1"));
-    emit ip->editingFinished();
-    EXPECT_EQ(node(0, 0).PingIP, QStringLiteral("127.0.0.1"));
-    EXPECT_EQ(stored(0, 0, "PingIP"), QStringLiteral("127.0.0.1"));
-
-    auto* size = child<QComboBox>(QStringLiteral("cmbPingPacketSize"));
-    EXPECT_EQ(size->currentText(), QStringLiteral("Min"));
-    choose(QStringLiteral("cmbPingPacketSize"), 3);
-    EXPECT_EQ(size->currentText(), QStringLiteral("Lasge"));
-    EXPECT_EQ(stored(0, 0, "PingPacketSize"), QStringLiteral("1000"));
-
     click(QStringLiteral("chkPingTranslate"));
-    EXPECT_TRUE(node(0, 0).PingTranslate);
-    EXPECT_EQ(monitor->Sensors[0].DataType, QStringLiteral("bps"));
-    EXPECT_EQ(monitor->Sensors[0].LegendUnits, QStringLiteral("Kbps"));
+    EXPECT_EQ(g.LegendUnits, QStringLiteral("Kbps"));
     EXPECT_EQ(stored(0, 0, "PingTranslate"), QStringLiteral("True"));
-    EXPECT_TRUE(host.calls.contains(QStringLiteral("redraw:0")));
-    EXPECT_TRUE(host.messages.isEmpty());
-
-    click(QStringLiteral("chkPingTranslate"));
-    EXPECT_EQ(monitor->Sensors[0].LegendUnits, QStringLiteral("mSeconds"));
 }
 
-TEST_F(NodePanelTest, AveragingSamplesBelowOneAreOne)
+TEST_F(NodePanelTest, ChoosersWriteTheirFieldsAndBadOrCancelledChoicesNothingElse)
 {
     panel->load(0, 0);
-    auto* text = child<QLineEdit>(QStringLiteral("txtAveragingSamples"));
-    auto* bar = child<QScrollBar>(QStringLiteral("vscAveragingSample"));
+    auto* samples = child<QLineEdit>(QStringLiteral("txtAveragingSamples"));
     for (const QString& typed : {QStringLiteral("0"), QStringLiteral("-4"), QStringLiteral("abc")}) {
         node(0, 0).AveragingSamples = 10;
-        text->setText(typed);
-        emit text->editingFinished();
-        EXPECT_EQ(text->text(), QStringLiteral("1")) << typed.toStdString();
-        EXPECT_EQ(node(0, 0).AveragingSamples, 1);
+        samples->setText(typed);
+        emit samples->editingFinished();
+        EXPECT_EQ(samples->text(), QStringLiteral("1")) << typed.toStdString();
         EXPECT_EQ(stored(0, 0, "AveragingSamples"), QStringLiteral("1"));
     }
-    text->setText(QStringLiteral("25"));
-    emit text->editingFinished();
-    EXPECT_EQ(bar->value(), 25);
-    bar->setValue(7);
-    EXPECT_EQ(node(0, 0).AveragingSamples, 7);
-    EXPECT_EQ(text->text(), QStringLiteral("7"));
+    child<QScrollBar>(QStringLiteral("vscAveragingSample"))->setValue(7);
+    EXPECT_EQ(samples->text(), QStringLiteral("7"));
+    EXPECT_EQ(stored(0, 0, "AveragingSamples"), QStringLiteral("7"));
 
-    click(QStringLiteral("optAveraging(0)"));
-    EXPECT_EQ(node(0, 0).Averaging, 0);
-    EXPECT_EQ(stored(0, 0, "Averaging"), QStringLiteral("0"));
-    EXPECT_EQ(child<QAbstractButton>(QStringLiteral("optAveraging(2)"))->text(), QStringLiteral("Lull Capture"));
-}
-
-TEST_F(NodePanelTest, PenVisibilityAndChoosersWriteTheirFields)
-{
-    panel->load(0, 0);
     panel->chooseColour = [](const QColor&) { return std::optional<QColor>(QColor(1, 2, 3)); };
     click(QStringLiteral("lblNodeColor"));
-    EXPECT_EQ(node(0, 0).PenColor, 0x030201);
     panel->chooseColour = [](const QColor&) { return std::optional<QColor>(); };
     click(QStringLiteral("lblNodeColor"));
     EXPECT_EQ(node(0, 0).PenColor, 0x030201);
-
-    choose(QStringLiteral("cmbLineWidth"), 2);
-    EXPECT_EQ(node(0, 0).PenWidth, 3);
-    choose(QStringLiteral("cmbLineDisplayType"), 2);
-    EXPECT_EQ(node(0, 0).GraphLineType, 2);
-
     host.calls.clear();
     click(QStringLiteral("imgVisibleNode"));
-    EXPECT_FALSE(node(0, 0).NodeVisible);
     EXPECT_EQ(stored(0, 0, "NodeVisible"), QStringLiteral("False"));
     EXPECT_EQ(host.calls, (QStringList{QStringLiteral("nodes:0"), QStringLiteral("redraw:0")}));
-    click(QStringLiteral("imgLog"));
-    EXPECT_FALSE(node(0, 0).LogData);
 
-    monitor->lists.cmbCPU = {QStringLiteral("CPU 0"), QStringLiteral("CPU 1")};
-    panel->load(0, 0);
-    choose(QStringLiteral("cmbCPU"), 1);
-    EXPECT_EQ(node(0, 0).CPUNumber, 1);
-    EXPECT_EQ(stored(0, 0, "CPUNumber"), QStringLiteral("1"));
-    EXPECT_EQ(treeChanged->count(), 1);
-
+    // A drive's name is what stands before its first " [".
     node(0, 0).NodeType = DriveSpaceType;
     monitor->lists.cmbDriveList = {QStringLiteral("/ [10 GB] [root]"), QStringLiteral("/srv/data [20 GB] [x [y]")};
     panel->load(0, 0);
-    EXPECT_EQ(child<QComboBox>(QStringLiteral("cmbDriveList"))->currentIndex(), 0);
-    monitor->PanelReady = false;
+    monitor->PanelReady = false;  // still filling: a pick is not the user's
     choose(QStringLiteral("cmbDriveList"), 1);
     EXPECT_EQ(node(0, 0).DriveMonitoring, QStringLiteral("/"));
     monitor->PanelReady = true;
     choose(QStringLiteral("cmbDriveList"), 1);
-    EXPECT_EQ(node(0, 0).DriveMonitoring, QStringLiteral("/srv/data"));
-    EXPECT_EQ(treeChanged->count(), 2);
+    EXPECT_EQ(stored(0, 0, "DriveMonitoring"), QStringLiteral("/srv/data"));
+    EXPECT_EQ(treeChanged->count(), 1);
 }
 
 }  // namespace

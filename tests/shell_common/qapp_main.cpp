@@ -1,12 +1,11 @@
-// The dialogs need a QApplication; the offscreen platform needs no display.
+// The widget tests' main: one QApplication on the offscreen platform.
 #include <QApplication>
 #include <gtest/gtest.h>
 #include <cstdio>
 
-int main(int argc, char** argv)
+int main(int argc, char* argv[])
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     // The offscreen platform lacks opacity, masks and raise, and says so at each call.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& msg) {
         if (!msg.contains(QLatin1String("This plugin does not support")))
