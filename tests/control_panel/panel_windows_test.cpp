@@ -1,14 +1,8 @@
 // What the control panel and the graph windows show each other: the status
 // line during long work, a rename that redraws nothing, the cross-hair after a
 // Node goes, and the first window beside the tree row the start-up tip names.
-#include "../monitor/settings_file_monitor.h"
-#include "display/displayed_graph.h"
-#include "model/catalogue.h"
+#include "panel_fixture.h"
 #include "shell/about_box.h"
-#include "shell/control_panel.h"
-#include "shell/graph_window.h"
-#include "shell/graph_windows.h"
-#include "shell/vista_tree.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -35,15 +29,12 @@ private:
     QLabel* label_;
 };
 
-class PanelWindows : public ::testing::Test, protected SettingsFileMonitor {
+class PanelWindows : public PanelFixture {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(dir.isValid());
-        ASSERT_TRUE(start(views, [this](SourceSet&, Monitor& m) { views.bind(m.Sensors); }));
-        windows = std::make_unique<GraphWindows>(*monitor);
-        windows->openAll();
-        panel = std::make_unique<ControlPanel>(*monitor, *windows);
+        startPanel();
         views.setStatus([this](const QString& text) {
             statuses << text;
             panel->showStatus(text);
@@ -52,21 +43,10 @@ protected:
     void TearDown() override
     {
         views.setStatus(nullptr);
-        panel.reset();
-        windows.reset();
-        monitor.reset();
-    }
-    void tick()
-    {
-        clock.advance(1000);
-        monitor->TimerData();
-        windows->refreshAll();
+        PanelFixture::TearDown();
     }
     Graph& graph() { return monitor->Sensors[0]; }
 
-    DisplayedGraphFactory views{QString(), dir.filePath(QStringLiteral("data"))};
-    std::unique_ptr<GraphWindows> windows;
-    std::unique_ptr<ControlPanel> panel;
     QStringList statuses;
 };
 

@@ -62,32 +62,3 @@ TEST(GadgetFeed, CatalogueAvailAndUpdateFiles)
     EXPECT_EQ(n.GadgetLine, "PROC11=Process Memory 1-1=bytes,Kbytes,Mbytes,Gbytes");
     EXPECT_EQ(n.GadgetScale, 1.0f);
 }
-
-TEST(GadgetFeed, DetectionPromptsUntilInstalledOrRefused)
-{
-    QTemporaryDir data, config;
-    auto makeGadget = [](const QTemporaryDir& base, const char* name) {
-        const QString folder = base.path() + QStringLiteral("/Ormivane/Gadgets/") + QLatin1String(name) + '/';
-        QDir().mkpath(folder);
-        return folder;
-    };
-    makeGadget(data, "Other.Gadget");  // does not match
-    int asked = 0;
-    QString warning, made;
-    QUrl opened;
-    GadgetPrompts p;
-    p.askInstall = [&] { return ++asked == 2; };  // No, then Yes
-    p.showWarning = [&](const QString& w) { warning = w; };
-    p.openDownloadPage = [&](const QUrl& u) { opened = u; };
-    p.waitForInstall = [&] {  // installed in both places: the later one wins
-        makeGadget(data, "Ormivane.gadget");
-        made = makeGadget(config, "ormivaneMeter.GADGET");
-    };
-    EXPECT_TRUE(FindGadget({data.path(), config.path()}, p, QStringLiteral("example.invalid")).isEmpty());
-    EXPECT_EQ(warning, GadgetMissingWarning);
-    warning.clear();
-    EXPECT_EQ(FindGadget({data.path(), config.path()}, p, QStringLiteral("example.invalid")), made);
-    EXPECT_EQ(asked, 2);
-    EXPECT_TRUE(warning.isEmpty());
-    EXPECT_EQ(opened.toString(), "http://example.invalid/download.asp?prodID=OrmivaneGadget");
-}

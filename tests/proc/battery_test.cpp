@@ -62,10 +62,3 @@ TEST_F(FakeSysfs, MissingOrOddCapacity)
     supply("BAT3", "type=Battery capacity=104");
     EXPECT_EQ(percent(), 88);  // 104 is held to 100: the mean of 75 and 100
 }
-
-TEST(BatteryLive, ThisMachine)
-{
-    const qint16 p = BatteryReader().BatteryLifePercent();
-    EXPECT_GE(p, 0);
-    EXPECT_LE(p, 100);
-}

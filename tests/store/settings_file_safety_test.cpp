@@ -13,33 +13,14 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "print_qstring.h"
+#include "store_files.h"
 
 #include <clocale>
-#include <sys/stat.h>
 
 using namespace orm;
+using namespace orm::test;
 
 namespace {
-
-QByteArray readAll(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& text)
-{
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(text);
-}
-
-ino_t inodeOf(const QString& path)
-{
-    struct stat st {};
-    return ::stat(QFile::encodeName(path).constData(), &st) == 0 ? st.st_ino : 0;
-}
 
 // The files kept beside `file` as unreadable.
 QStringList keptBeside(const QString& file)
@@ -197,5 +178,5 @@ TEST(SettingsFileLeftovers, AKilledSaveLeavesNoLockThatDelaysAndNoTemporaries)
     QFile::remove(file + QStringLiteral(".lock"));
     store.writeValue(QStringLiteral("Settings"), QStringLiteral("Sensors"), QStringLiteral("0"));
     EXPECT_TRUE(store.sync());
-    EXPECT_NE(inodeOf(file), ino_t(0));
+    EXPECT_NE(statOf(file).st_ino, ino_t(0));
 }
