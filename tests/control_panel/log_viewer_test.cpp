@@ -112,33 +112,6 @@ TEST_F(LogViewerTest, ViewLogsMakesALogGraphWhosePickersWriteItsRange)
     EXPECT_FALSE(viewer->isVisible());
 }
 
-TEST_F(LogViewerTest, ColumnsListedWithDescriptionsGoToTheSelectedNode)
-{
-    logGraphOverTheCorpus();
-    click("imgRefreshLogList");
-    EXPECT_EQ(status(), QStringLiteral("(13) Records Found"));
-    ASSERT_EQ(listed().size(), CorpusColumns.size());
-    EXPECT_EQ(listed()[4], QStringLiteral("PING_RTT_10.0.0.1\tPing Round-Trip Time in mSeconds (10.0.0.1)"));
-
-    // With the Graph's own row selected a column goes nowhere.
-    const Node before = monitor->Sensors[1].Nodes[0];
-    emit w<QTreeWidget>("lstvwLogs")->itemClicked(w<QTreeWidget>("lstvwLogs")->topLevelItem(2), 0);
-    EXPECT_EQ(monitor->Sensors[1].Nodes[0].LogItemView, before.LogItemView);
-
-    pickColumn(0, QStringLiteral("CPU0"));
-    const Graph& g = monitor->Sensors[1];
-    EXPECT_EQ(g.Nodes[0].LogItemView, QStringLiteral("CPU0"));
-    EXPECT_EQ(g.LegendUnits, QStringLiteral("Percent"));  // the first Node's column gives the unit
-    EXPECT_EQ(storedValue(QStringLiteral("Settings/Sensor2/Node1"), QStringLiteral("LogItemView")), "CPU0");
-    EXPECT_EQ(panel->tree()->rows()[1].Children[0].Title, QStringLiteral("CPU Usage 0"));
-
-    // A second Node, on the ping column: the Graph's unit stays the first Node's.
-    click("imgAddNode");
-    pickColumn(1, QStringLiteral("PING_RTT_10.0.0.1"));
-    EXPECT_EQ(g.Nodes[1].Name, QStringLiteral("Ping RTT 10.0.0.1"));
-    EXPECT_EQ(g.LegendUnits, QStringLiteral("Percent"));
-}
-
 TEST_F(LogViewerTest, RefreshShowsStopWhileItRunsAndTheWindowGetsThePoints)
 {
     logGraphOverTheCorpus();
@@ -161,13 +134,24 @@ TEST_F(LogViewerTest, RefreshShowsStopWhileItRunsAndTheWindowGetsThePoints)
     EXPECT_EQ(pointLabels(), QStringList(5, QStringLiteral("3/4/26 12:00")));
 }
 
-TEST_F(LogViewerTest, ExportOpensTheFileOrSaysWhyNot)
+TEST_F(LogViewerTest, ColumnsGoToTheSelectedNodeAndTheExportOpensOrSaysWhyNot)
 {
     logGraphOverTheCorpus();
     click("imgRefreshLogList");
+    EXPECT_EQ(status(), QStringLiteral("(13) Records Found"));
+    ASSERT_EQ(listed().size(), CorpusColumns.size());
+    EXPECT_EQ(listed()[4], QStringLiteral("PING_RTT_10.0.0.1\tPing Round-Trip Time in mSeconds (10.0.0.1)"));
+    // With the Graph's own row selected a column goes nowhere.
+    const QString before = monitor->Sensors[1].Nodes[0].LogItemView;
+    emit w<QTreeWidget>("lstvwLogs")->itemClicked(w<QTreeWidget>("lstvwLogs")->topLevelItem(2), 0);
+    EXPECT_EQ(monitor->Sensors[1].Nodes[0].LogItemView, before);
+
     pickColumn(0, QStringLiteral("CPU0"));
+    EXPECT_EQ(storedValue(QStringLiteral("Settings/Sensor2/Node1"), QStringLiteral("LogItemView")), "CPU0");
+    EXPECT_EQ(panel->tree()->rows()[1].Children[0].Title, QStringLiteral("CPU Usage 0"));
     click("imgAddNode");
     pickColumn(1, QStringLiteral("PING_RTT_10.0.0.1"));
+    EXPECT_EQ(monitor->Sensors[1].LegendUnits, QStringLiteral("Percent"));  // the first Node's column gives the unit
     click("imgExportLog");
     ASSERT_EQ(opened, QStringList{viewer->work().exportPath()});
     QFile csv(opened.first());
