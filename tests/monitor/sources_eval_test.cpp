@@ -1,8 +1,6 @@
-// The Nodes fed by the network and process sources, through the tick, on
-// sources whose readings the test sets.
+// The adapter Nodes through the tick, on an adapter table whose readings the
+// test sets.
 #include "monitor_fixture.h"
-
-#include <QDir>
 
 using namespace orm;
 using namespace orm::test;
@@ -38,22 +36,21 @@ protected:
         sources().adapterPlatform = std::move(adapters);
         sources().adapters = std::make_unique<Adapters>(*sources().adapterPlatform);
         sources().adapterRows = std::make_unique<AdapterRows>(*sources().adapters);
-        sources().processes = std::make_unique<ProcessTable>(QStringLiteral(ORM_FIXTURES "/proc/tree"));
 
-        // One Graph of six Nodes, stored as a user left it.
-        const int types[] = {DownloadNodeType, UploadType, UpDownType, DownErrType, ProcessesType, DownloadNodeType};
+        // One Graph of five Nodes, stored as a user left it.
+        const int types[] = {DownloadNodeType, UploadType, UpDownType, DownErrType, DownloadNodeType};
         store.writeValue(QStringLiteral("Settings"), QStringLiteral("FirstRun"), QStringLiteral("False"));
         store.writeValue(QStringLiteral("Settings"), QStringLiteral("Sensors"), QStringLiteral("1"));
         const QString g = QStringLiteral("Settings/Sensor1");
         store.writeValue(g, QStringLiteral("SampleEverySeconds"), QStringLiteral("1"));
-        store.writeValue(g, QStringLiteral("Nodes"), QStringLiteral("6"));
-        for (int k = 0; k < 6; ++k) {
+        store.writeValue(g, QStringLiteral("Nodes"), QStringLiteral("5"));
+        for (int k = 0; k < 5; ++k) {
             const QString n = g + QStringLiteral("/Node%1").arg(k + 1);
             store.writeValue(n, QStringLiteral("NodeType"), QString::number(types[k]));
             store.writeValue(n, QStringLiteral("AdapterMonitoring"), QStringLiteral("7"));
         }
         // The last Node's adapter is gone: it falls back to the default adapter.
-        store.writeValue(g + QStringLiteral("/Node6"), QStringLiteral("AdapterMonitoring"), QStringLiteral("99"));
+        store.writeValue(g + QStringLiteral("/Node5"), QStringLiteral("AdapterMonitoring"), QStringLiteral("99"));
     }
 
     double value(int node) { return view(0).GetNodeValue(node, 0); }
@@ -64,9 +61,9 @@ protected:
 TEST_F(SourceNodes, AdapterNodesMeasureRatesAndRawErrorCounts)
 {
     const Graph& g = monitor->Sensors[0];
-    ASSERT_EQ(g.Nodes.size(), 6u);
+    ASSERT_EQ(g.Nodes.size(), 5u);
     EXPECT_EQ(g.Nodes[0].AdapterIndex, 1);  // stored index 7 is row 1
-    EXPECT_EQ(g.Nodes[5].AdapterIndex, 1);  // index 99 is gone: the default adapter
+    EXPECT_EQ(g.Nodes[4].AdapterIndex, 1);  // index 99 is gone: the default adapter
 
     tick();
     EXPECT_EQ(value(0), 0);  // the first sample of a rate is 0
@@ -76,14 +73,6 @@ TEST_F(SourceNodes, AdapterNodesMeasureRatesAndRawErrorCounts)
     tick(2000);
     EXPECT_EQ(value(0), 2000);
     EXPECT_EQ(value(2), 2500);
-    EXPECT_EQ(value(5), 2000);
-
-    // The adapter columns carry the deltas of the last read, errors as counts.
-    const QStringList lines = logLines();
-    const QStringList fields = lines[3].split(QLatin1Char(','));
-    const QStringList last = lines.last().split(QLatin1Char(','));
-    EXPECT_EQ(last.value(int(fields.indexOf(QStringLiteral("ADPT_DN_1")))), QStringLiteral("4000"));
-    EXPECT_EQ(last.value(int(fields.indexOf(QStringLiteral("ADPT_ERR_UP_1")))), QStringLiteral("4"));
 
     // A row outside the table reads 0 and keeps its counter.
     Node& n = monitor->Sensors[0].Nodes[0];
@@ -93,15 +82,6 @@ TEST_F(SourceNodes, AdapterNodesMeasureRatesAndRawErrorCounts)
     tick();
     EXPECT_EQ(value(0), 0);
     EXPECT_EQ(n.LastRawValue, kept);
-}
-
-TEST_F(SourceNodes, ProcessesNodeReadsTheUpperBoundOfTheTable)
-{
-    tick();
-    EXPECT_EQ(value(4), 5);  // six live processes in the tree (9999 has ended)
-    const QStringList lines = logLines();
-    EXPECT_TRUE(lines[3].endsWith(QStringLiteral(",PROCS")));
-    EXPECT_TRUE(lines.last().endsWith(QStringLiteral(",5")));
 }
 
 }  // namespace

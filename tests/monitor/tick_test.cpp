@@ -1,3 +1,4 @@
+// The tick on a hand-driven clock, and the rules it applies to counters.
 #include "monitor_fixture.h"
 
 using namespace orm;
@@ -22,6 +23,7 @@ TEST_F(Tick, TickLengthIsOneSecondFirstThenRealTimeAcrossTheWrapOfTheCount)
 
 TEST_F(Tick, GraphSamplesOnEveryNthTickFromTheFirstAndZeroStopsItForGood)
 {
+    monitor->AddSensor(true);  // a Log Graph is never sampled
     monitor->Sensors[0].SampleEverySeconds = 5;
     for (int t = 1; t <= 11; ++t)
         tick();
@@ -33,6 +35,7 @@ TEST_F(Tick, GraphSamplesOnEveryNthTickFromTheFirstAndZeroStopsItForGood)
         tick();
     EXPECT_EQ(view(0).writes, 4);
     EXPECT_EQ(monitor->Sensors[0].TicksToSample, -6);
+    EXPECT_EQ(view(1).writes, 0);
 }
 
 TEST_F(Tick, SourceIsReadOnlyWhenAGraphIsDueOrTheNodeIsLogged)
@@ -47,25 +50,11 @@ TEST_F(Tick, SourceIsReadOnlyWhenAGraphIsDueOrTheNodeIsLogged)
     EXPECT_EQ(logLines().last().split(QLatin1Char(',')).size(), 4);  // the base columns only
 
     n.LogData = true;
-    for (int k = 1; k < 5; ++k)  // many CPU Nodes still read the source once
-        monitor->Sensors[0].Nodes.push_back(newNode(k));
+    monitor->Sensors[0].Nodes.push_back(newNode(1));  // two CPU Nodes still read the source once
     const int logged = cpu->collections;
     for (int t = 0; t < 3; ++t)
         tick();
     EXPECT_EQ(cpu->collections - logged, 3);
-}
-
-TEST_F(Tick, CpuValuesReachTheViewAndTheLog)
-{
-    cpu->percent = 49.5;  // ties go to the even number
-    tick();
-    tick();
-    EXPECT_EQ(view(0).GetNodeValue(0, 0), 50);
-    EXPECT_EQ(view(0).GetNodeValue(0, 2), 0);  // history too short
-    const QStringList lines = logLines();
-    ASSERT_GE(lines.size(), 5);
-    EXPECT_EQ(lines[3], QStringLiteral("#Fields: DATE,TIME,SAMPLE_LENGTH_MILLI_S,SYS_TMR,CPU0,CPU1"));
-    EXPECT_TRUE(lines.last().endsWith(QStringLiteral(",50,50")));
 }
 
 TEST_F(Tick, UnknownTypesBadIndexesAndLaterSourcesReadZeroAndUptimeIsUnsigned)
@@ -83,11 +72,13 @@ TEST_F(Tick, UnknownTypesBadIndexesAndLaterSourcesReadZeroAndUptimeIsUnsigned)
     EXPECT_EQ(view(0).GetNodeValue(3, 0), 4294967291.0);
 }
 
-TEST_F(Tick, SlowTickTurnsTheRateLabelRedAndItStaysRed)
+TEST_F(Tick, CpuValuesAreRoundedAndASlowTickTurnsTheRateLabelRedUntilCleared)
 {
     cpu->onCollect = [this] { clock.advance(1500); };
+    cpu->percent = 49.5;  // ties go to the even number, in the view and in the log
     tick();
-    EXPECT_TRUE(monitor->retrievalRed);
+    EXPECT_EQ(view(0).GetNodeValue(0, 0), 50);
+    EXPECT_TRUE(logLines().last().endsWith(QStringLiteral(",50,50")));
     EXPECT_EQ(monitor->retrievalText, QStringLiteral("Data Retrieval Rate = 1500 mS"));
     cpu->onCollect = nullptr;
     tick(1000);
@@ -110,13 +101,25 @@ TEST_F(Tick, AFiringDuringATickIsLostAndClosingEndsItBeforeTheLog)
     EXPECT_FALSE(monitor->TickBusy);
 }
 
-TEST_F(Tick, LogGraphsAreNeverSampled)
+TEST(RateRule, FirstSampleIsZeroThenDeltaOverSecondsAndZeroRestartsTheBaseline)
 {
-    monitor->AddSensor(true);
-    ASSERT_EQ(monitor->Sensors.size(), 2u);
-    EXPECT_TRUE(monitor->Sensors[1].LogGraph);
-    tick();
-    EXPECT_EQ(view(1).writes, 0);
+    Node n;
+    EXPECT_EQ(rateRule(n, 5000, 0), 0);
+    EXPECT_EQ(rateRule(n, 7000, 2), 1000);
+    EXPECT_EQ(rateRule(n, 1000, 1), -6000);  // a falling counter passes on
+    Node z;
+    EXPECT_EQ(rateRule(z, 0, 1), 0);
+    EXPECT_EQ(rateRule(z, 4000, 1), 0);  // LastRawValue 0 counts as never read
+}
+
+TEST(PercentageRule, ByMeasuringAndDataTypeAndATotalOfZero)
+{
+    const QString pct = QStringLiteral("percent"), bytes = QStringLiteral("bytes");
+    EXPECT_EQ(percentageRule(1, bytes, 8000, 2000), 6000);
+    EXPECT_EQ(percentageRule(2, pct, 8000, 2000), 25);
+    EXPECT_EQ(percentageRule(3, pct, 8000, 2000), 0);
+    EXPECT_EQ(percentageRule(-1, bytes, 8000, 2000), 0);
+    EXPECT_EQ(percentageRule(1, pct, 0, 0), 0);
 }
 
 }  // namespace
