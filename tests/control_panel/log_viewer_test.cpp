@@ -94,8 +94,6 @@ TEST_F(LogViewerTest, ViewLogsMakesALogGraphWhosePickersWriteItsRange)
     w<QTimeEdit>("DTPickerStart")->setTime(QTime(12, 0, 0));
     EXPECT_EQ(g.LogStart, 20260304120000.0);
     EXPECT_EQ(storedValue(QStringLiteral("Settings/Sensor2"), QStringLiteral("LogStart")), "20260304120000");
-    w<QTimeEdit>("DTPickerEnd")->setTime(QTime(23, 59, 59));
-    EXPECT_EQ(g.LogEnd, 20260305235959.0);
     // The pickers work on the digits of the number: a moment short of digits misreads, as it always has.
     g.LogEnd = 1234;
     panel->selectRow(1, -1);

@@ -1,6 +1,9 @@
 // The pure parsers on text captured from real machines and on hand-made
-// files with the awkward cases, and the memory reader over them.
+// files with the awkward cases, the memory reader over them, and the kernel
+// file they read through: the kernel's own files stay open and give fresh text
+// each time; other files are opened anew, so that one replaced is seen as it is now.
 #include "sources/diskstats.h"
+#include "sources/kernel_file.h"
 #include "sources/memory_status.h"
 #include "sources/mounts.h"
 #include "sources/proc_stat.h"
@@ -88,3 +91,44 @@ TEST(MemoryReader, KeepsTheLastFiguresWhenTheFileFails)
     EXPECT_EQ(mem.figures.MemoryLoad, 75u);
     EXPECT_DOUBLE_EQ(mem.figures.MemAvailPhys, 256000.0);
 }
+
+namespace {
+
+// The "rchar" count of /proc/self/io: bytes this process has read so far.
+quint64 readChars(QByteArrayView io)
+{
+    const QByteArray text = io.toByteArray();
+    const qsizetype at = text.indexOf("rchar: ");
+    return at < 0 ? 0 : text.mid(at + 7, text.indexOf('\n', at) - at - 7).toULongLong();
+}
+
+TEST(KernelFile, KeptOpenProcFileGivesFreshWholeTextEachRead)
+{
+    KernelFile io(QStringLiteral("/proc/self/io"));
+    const quint64 before = readChars(io.read().value_or(QByteArray()));
+    ASSERT_GT(before, 0u);
+    // /proc/self/maps comes a page at a time; reading it moves rchar on.
+    KernelFile maps(QStringLiteral("/proc/self/maps"));
+    const auto text = maps.read();
+    const QByteArray direct = readAll(QStringLiteral("/proc/self/maps"));
+    ASSERT_TRUE(text.has_value() && direct.size() > 4096);
+    EXPECT_NEAR(double(text->size()), double(direct.size()), direct.size() * 0.1);
+    EXPECT_GT(readChars(io.read().value_or(QByteArray())), before);
+}
+
+TEST(KernelFile, OtherFilesAreSeenAsTheyAreNow)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("stat"));
+    KernelFile file(path);
+    EXPECT_FALSE(file.read().has_value());  // not there yet
+    ASSERT_TRUE(writeFile(path, "one\n"));
+    EXPECT_EQ(file.read().value(), "one\n");
+    // Replaced by a new file under the same name, as an atomic writer does.
+    ASSERT_TRUE(writeFile(path + QStringLiteral(".new"), "two, longer\n"));
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QFile::rename(path + QStringLiteral(".new"), path));
+    EXPECT_EQ(file.read().value(), "two, longer\n");
+}
+
+}  // namespace
