@@ -1,175 +1,45 @@
 // The control panel on a started Monitor with real graph pictures and a real
-// settings file: the tree, the structural edits and what they leave on disk.
-#include "model/catalogue.h"
-#include "../monitor/settings_file_monitor.h"
-#include "monitor/monitor.h"
-#include "display/displayed_graph.h"
-#include "shell/control_panel.h"
-#include "shell/custom_tool_tip.h"
-#include "shell/graph_panel.h"
-#include "shell/graph_window.h"
-#include "shell/graph_windows.h"
-#include "shell/node_panel.h"
-#include "shell/vista_tree.h"
-
-#include <QCheckBox>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QStackedWidget>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QToolButton>
-#include <gtest/gtest.h>
+// settings file: what the tree and the windows do when Nodes and Graphs go.
+#include "panel_fixture.h"
 
 namespace orm::test {
 namespace {
 
-struct ScriptedPrompts final : EditPrompts {
-    bool askYesNo(const QString&, const QString& text) override
-    {
-        asked << text;
-        return answer;
-    }
-    void stop(const QString&, const QString& text) override { stops << text; }
-    bool answer = true;
-    QStringList asked, stops;
-};
-
-class ControlPanelTest : public ::testing::Test, protected SettingsFileMonitor {
+class ControlPanelTest : public PanelFixture {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(dir.isValid());
         startPanel();
     }
-    void TearDown() override
-    {
-        panel.reset();
-        windows.reset();
-        monitor.reset();
-    }
-
-    // Starts the program's model, windows and panel anew on the same settings file.
-    void startPanel()
-    {
-        panel.reset();
-        windows.reset();
-        ASSERT_TRUE(start(views, [this](SourceSet&, Monitor& m) { views.bind(m.Sensors); }));
-        windows = std::make_unique<GraphWindows>(*monitor);
-        windows->setMessenger([this](const QString& t) { messages << t; });
-        windows->openAll();
-        panel = std::make_unique<ControlPanel>(*monitor, *windows);
-        panel->setPrompts(&prompts);
-    }
-
-    // Clicks a button and lets the tree's animation run out.
-    void click(const char* name)
-    {
-        auto* b = panel->findChild<QToolButton*>(QLatin1String(name));
-        ASSERT_NE(b, nullptr) << name;
-        b->click();
-        panel->tree()->finishAnimations();
-    }
-    void tick()
-    {
-        clock.advance(1000);
-        monitor->TimerData();
-    }
     std::vector<Graph>& sensors() { return monitor->Sensors; }
-    QWidget* shownPanel() const { return panel->findChild<QStackedWidget*>()->currentWidget(); }
-
-    DisplayedGraphFactory views{QString(), dir.filePath(QStringLiteral("data"))};
-    std::unique_ptr<GraphWindows> windows;
-    std::unique_ptr<ControlPanel> panel;
-    ScriptedPrompts prompts;
-    QStringList messages;
 };
 
-TEST_F(ControlPanelTest, AddButtonsGrowTheModelTheTreeAndTheWindows)
+TEST_F(ControlPanelTest, DeletingTheOnlyNodeStopsAndTheLastNodeOfAGraphTakesItsWindow)
 {
-    ASSERT_EQ(sensors().size(), 1u);
-    click("imgAddSensor");
-    ASSERT_EQ(sensors().size(), 2u);
-    EXPECT_EQ(sensors()[1].Name, QStringLiteral("New Graph 2"));
-    EXPECT_EQ(windows->count(), 2);
-    EXPECT_EQ(panel->tree()->selectedParent(), 1);
-    EXPECT_EQ(shownPanel(), panel->graphPanel());
-    EXPECT_EQ(panel->tree()->rows().size(), 2u);
-
-    click("imgAddNode");
-    ASSERT_EQ(sensors()[1].Nodes.size(), 2u);
-    EXPECT_EQ(sensors()[1].Nodes[1].Name, QStringLiteral("New Node 2"));
-    EXPECT_EQ(sensors()[1].Nodes[1].NodeType, int(CpuType));
-    EXPECT_EQ(panel->tree()->selectedChild(), 1);
-    EXPECT_EQ(shownPanel(), panel->nodePanel());
-    EXPECT_EQ(panel->tree()->rows()[1].Children.size(), 2u);
-    EXPECT_TRUE(monitor->tmrDataEnabled);
-
-    // All of it is on disk: a new start finds the same.
-    startPanel();
-    ASSERT_EQ(sensors().size(), 2u);
-    EXPECT_EQ(sensors()[1].Nodes.size(), 2u);
-}
-
-TEST_F(ControlPanelTest, SelectingRowsLeavesTheSettingsFileUntouched)
-{
-    click("imgAddSensor");
-    click("imgAddNode");
-    monitor->SaveSettings();
-    const QByteArray before = fileBytes();
-    ASSERT_FALSE(before.isEmpty());
-    for (int g = 0; g < 2; ++g) {
-        panel->selectRow(g, -1);
-        for (int n = 0; n < int(sensors()[size_t(g)].Nodes.size()); ++n)
-            panel->selectRow(g, n);
-    }
-    tick();  // a tick saves nothing either
-    EXPECT_EQ(fileBytes(), before);
-}
-
-TEST_F(ControlPanelTest, DeleteNodeInItsThreeCases)
-{
-    // The only Node of the only Graph: a stop box, nothing changes.
     panel->selectRow(0, 0);
     click("imgDeleteNode");
     EXPECT_EQ(prompts.stops.size(), 1);
-    EXPECT_EQ(sensors().size(), 1u);
     EXPECT_EQ(sensors()[0].Nodes.size(), 1u);
 
-    // A Node among others: one question, then it goes and the tree follows.
-    click("imgAddNode");
-    sensors()[0].Nodes[1].Name = QStringLiteral("second");
-    panel->selectRow(0, 0);
-    click("imgDeleteNode");
-    ASSERT_EQ(prompts.asked.size(), 1);
-    EXPECT_TRUE(prompts.asked[0].contains(QStringLiteral("(New Node 1)?")));
-    ASSERT_EQ(sensors()[0].Nodes.size(), 1u);
-    EXPECT_EQ(sensors()[0].Nodes[0].Name, QStringLiteral("second"));
-    EXPECT_EQ(panel->tree()->rows()[0].Children.size(), 1u);
-
-    // The last Node of a Graph among others takes the Graph with it.
     click("imgAddSensor");
+    ASSERT_EQ(windows->count(), 2);
     panel->selectRow(1, 0);
     click("imgDeleteNode");
     EXPECT_EQ(sensors().size(), 1u);
     EXPECT_EQ(windows->count(), 1);
     EXPECT_EQ(panel->tree()->rows().size(), 1u);
 
-    // A No leaves everything.
-    click("imgAddNode");
-    prompts.answer = false;
-    panel->selectRow(0, 1);
-    click("imgDeleteNode");
-    EXPECT_EQ(sensors()[0].Nodes.size(), 2u);
+    // A collapsed Graph stays so after a new start.
+    emit panel->tree()->collapseChanged(QStringLiteral("G0"), QStringLiteral("0"), true);
+    startPanel();
+    EXPECT_TRUE(panel->tree()->rows()[0].Collapsed);
 }
 
 TEST_F(ControlPanelTest, DeletingAGraphKeepsTheOthersCurvesAndWindows)
 {
     click("imgAddSensor");
     click("imgAddSensor");
-    for (int i = 0; i < 3; ++i)
-        sensors()[size_t(i)].Name = QStringLiteral("G%1").arg(i + 1);
     auto* third = windows->window(2);
     auto* thirdPicture = windows->picture(2);
     for (int t = 1; t <= 5; ++t)
@@ -186,14 +56,10 @@ TEST_F(ControlPanelTest, DeletingAGraphKeepsTheOthersCurvesAndWindows)
     panel->selectRow(1, -1);
     click("imgDeleteSensor");
     ASSERT_EQ(sensors().size(), 2u);
-    EXPECT_EQ(sensors()[1].Name, QStringLiteral("G3"));
-    // The window and picture of G3 moved down with their samples.
+    // The window and picture of the third Graph moved down with their samples,
+    // and the next tick goes on from there, into the same picture.
     EXPECT_EQ(windows->window(1), third);
-    EXPECT_EQ(third->graphIndex(), 1);
-    EXPECT_EQ(windows->picture(1), thirdPicture);
     EXPECT_EQ(thirdPicture->index(), 1);
-    EXPECT_EQ(newest(0), before);
-    // The next tick goes on from there, into the same picture.
     tick();
     EXPECT_EQ(newest(1), before);
 
@@ -204,90 +70,6 @@ TEST_F(ControlPanelTest, DeletingAGraphKeepsTheOthersCurvesAndWindows)
     click("imgDeleteSensor");
     EXPECT_EQ(sensors().size(), 1u);
     EXPECT_EQ(prompts.stops.size(), 1);
-}
-
-TEST_F(ControlPanelTest, RenameAndCollapseFromTheTreeAreSaved)
-{
-    panel->tree()->ForceTitleEdit(false, 0, 0);
-    QLineEdit* box = panel->tree()->renameBox();
-    ASSERT_TRUE(box->isVisible() || !box->isHidden());
-    box->setText(QStringLiteral("Processor"));
-    QTest::keyClick(box, Qt::Key_Return);
-    EXPECT_EQ(sensors()[0].Nodes[0].Name, QStringLiteral("Processor"));
-
-    emit panel->tree()->collapseChanged(QStringLiteral("G0"), QStringLiteral("0"), true);
-    startPanel();
-    EXPECT_EQ(sensors()[0].Nodes[0].Name, QStringLiteral("Processor"));
-    EXPECT_TRUE(sensors()[0].Collapsed);
-    EXPECT_TRUE(panel->tree()->rows()[0].Collapsed);
-}
-
-TEST_F(ControlPanelTest, HideAndShowAGraphAndANode)
-{
-    panel->toggleVisible(0, -1);
-    EXPECT_FALSE(sensors()[0].Visible);
-    EXPECT_FALSE(windows->window(0)->isVisible());
-    panel->toggleVisible(0, 0);
-    EXPECT_FALSE(sensors()[0].Nodes[0].NodeVisible);
-    startPanel();
-    EXPECT_FALSE(sensors()[0].Visible);
-    EXPECT_FALSE(sensors()[0].Nodes[0].NodeVisible);
-    panel->toggleVisible(0, -1);
-    EXPECT_TRUE(sensors()[0].Visible);
-}
-
-TEST_F(ControlPanelTest, ThePanelFollowsChangesMadeFromAGraphWindow)
-{
-    panel->selectRow(0, -1);
-    auto* topMost = panel->findChild<QCheckBox*>(QStringLiteral("chkTopMost"));
-    ASSERT_NE(topMost, nullptr);
-    ASSERT_FALSE(topMost->isChecked());
-    sensors()[0].TopMost = true;  // as the graph menu's Always on Top does
-    panel->reloadPanel();
-    EXPECT_TRUE(topMost->isChecked());
-    // A click now takes it off again rather than writing a stale value.
-    topMost->click();
-    EXPECT_FALSE(sensors()[0].TopMost);
-}
-
-TEST_F(ControlPanelTest, ToolTipsFollowTheSetting)
-{
-    EXPECT_TRUE(panel->toolTips().active());
-    monitor->Settings.DisplayToolTips = false;
-    panel->InitToolTips();
-    EXPECT_FALSE(panel->toolTips().active());
-}
-
-TEST_F(ControlPanelTest, RetrievalLabelTurnsBlackOnAClick)
-{
-    monitor->retrievalRed = true;
-    panel->afterTick();
-    EXPECT_TRUE(panel->retrievalLabel()->styleSheet().contains(QStringLiteral("255, 0, 0")));
-    QTest::mouseClick(panel->retrievalLabel(), Qt::LeftButton);
-    EXPECT_FALSE(monitor->retrievalRed);
-    EXPECT_TRUE(panel->retrievalLabel()->styleSheet().contains(QStringLiteral("0, 0, 0")));
-}
-
-TEST_F(ControlPanelTest, WidgetMapNamesControlsAndRows)
-{
-    panel->show();
-    const QString path = dir.filePath(QStringLiteral("map.txt"));
-    ASSERT_TRUE(panel->writeWidgetMap(path));
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const QString map = QString::fromUtf8(f.readAll());
-    EXPECT_TRUE(map.contains(QStringLiteral("\nimgAddSensor\t")) || map.startsWith(QStringLiteral("imgAddSensor\t")));
-    EXPECT_TRUE(map.contains(QStringLiteral("row(0)\t")));
-    EXPECT_TRUE(map.contains(QStringLiteral("row(0,0)\t")));
-}
-
-TEST_F(ControlPanelTest, FitsASmallScreen)
-{
-    // The panels scroll inside the window, which must fit a 1024 x 768 screen.
-    const QSize min = panel->minimumSizeHint();
-    EXPECT_LE(min.width(), 1000);
-    EXPECT_LE(min.height(), 700);
-    EXPECT_LE(panel->height(), 700);
 }
 
 }  // namespace

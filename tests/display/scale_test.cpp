@@ -21,28 +21,6 @@ Graph graphOf(const char* type, double magnitude)
 
 }  // namespace
 
-TEST(Scale, ByteAndBitLadderClimbsOnlyPast1100AndFallsBelowOne)
-{
-    EXPECT_EQ(graphOf("bps", 6).LegendUnits, "Mbps");
-    EXPECT_EQ(graphOf("bytes", -1).LegendUnits, "0-100%");
-    EXPECT_EQ(graphOf("bps", 5).LegendUnits, "unset");  // not in the table: left as it is
-
-    Graph g = graphOf("bps", 3);
-    EXPECT_TRUE(runUnitLadder(g, 1100.0, 1).settled);
-    EXPECT_EQ(g.DataMagnitude, 3);
-    runUnitLadder(g, 1100.1, 1);
-    EXPECT_EQ(g.DataMagnitude, 6);
-    g = graphOf("bps", 6);
-    const LadderResult r = runUnitLadder(g, 0, 1);  // walks down to the smallest unit
-    EXPECT_EQ(g.DataMagnitude, 0);
-    EXPECT_EQ(r.passes, 3);
-    EXPECT_EQ(r.mult, 8);
-    g = graphOf("bytes", -1);  // "0-100%" stays for small values
-    runUnitLadder(g, 0.5, 1);
-    EXPECT_EQ(g.DataMagnitude, -1);
-    EXPECT_FALSE(runUnitLadder(g = graphOf("percent", 0), 5000, 1).ran);
-}
-
 TEST(Scale, SecondsRungsAndTheTenPassLimit)
 {
     Graph g = graphOf("seconds", 60);
@@ -55,36 +33,12 @@ TEST(Scale, SecondsRungsAndTheTenPassLimit)
     // Converted back, 61 Minutes read as Hours.
     EXPECT_NEAR(GetAvg(g, NodeHistory(), 1, -1, r.raw / r.mult, true, false, false), 61.0 / 60, 1e-9);
 
-    g = graphOf("seconds", 0.001);
-    runUnitLadder(g, 90000, 1);  // 90 seconds: two rungs up
-    EXPECT_EQ(g.DataMagnitude, 60);
-
     // 12.15 Months climbs to 0.9986 Years, which falls back, and so on.
     g = graphOf("seconds", 2592000);
     const LadderResult loop = runUnitLadder(g, 12.15, 1);
     EXPECT_FALSE(loop.settled);
     EXPECT_EQ(loop.passes, 10);
     EXPECT_EQ(g.DataMagnitude, 2592000);
-}
-
-TEST(Scale, AutoRangeMaximumScansHistoryAndIncoming)
-{
-    Graph g = graphOf("number", 0);
-    g.Nodes.resize(2);
-    g.Nodes[1].Averaging = PeakCapture;  // the scan reads each column as it stands
-    NodeHistory h;
-    h.reset(2);
-    for (double v : {3.0, 42.04, 7.0})
-        h.addSample(1, v, "t", 10);
-    h.addSample(2, -1, "t", 10);
-    double real = 0;
-    EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {1, 2}, real), 42);
-    EXPECT_DOUBLE_EQ(real, 42.04);
-    EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {1, 50}, real), 50);
-    EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {1}, real), 42);  // one value: one Node
-    h.reset(2);
-    EXPECT_DOUBLE_EQ(autoRangeMaximum(g, h, {-1, 0.3}, real), 1);  // below 1 gives 1
-    EXPECT_EQ(scaleLabelText(1, 1), "0.25");
 }
 
 // The auto range reads the largest sample instead of every column; over a

@@ -36,10 +36,7 @@ TEST(GadgetFeed, CatalogueAvailAndUpdateFiles)
     EXPECT_EQ(readAll(avail),
               QByteArray("PNG11=Ping 1-1=mS,S\r\n\r\nPFR=Page File=bytes,Kbytes,Mbytes,Gbytes\r\n"
                          "PFR=Page File=bytes,Kbytes,Mbytes,Gbytes\r\nHDD32=Drive Space 3-2=bytes,Kbytes,Mbytes,Gbytes,Tbytes\r\n"));
-    // No Gadget Graph, or no folder: nothing is written.
-    ASSERT_TRUE(QFile::remove(avail));
-    EXPECT_FALSE(WriteAvail({graphOf(LineGraph, {PingType})}, dir.path()) || WriteAvail(s, QString()));
-    EXPECT_FALSE(QFile::exists(avail));
+    EXPECT_FALSE(WriteAvail({graphOf(LineGraph, {PingType})}, dir.path()));  // no Gadget Graph
 
     Node& n = s[0].Nodes[0];
     n.GadgetScale = 0.5f;
@@ -49,9 +46,7 @@ TEST(GadgetFeed, CatalogueAvailAndUpdateFiles)
     QString folder = dir.path();
     ASSERT_TRUE(writeGadgetUpdate(folder, text));
     ASSERT_TRUE(writeGadgetUpdate(folder, QStringLiteral("SPD=0\r\n")));
-    EXPECT_EQ(readAll(dir.filePath(QStringLiteral("update.txt"))), QByteArray("SPD=0\r\n"));
-    EXPECT_FALSE(writeGadgetUpdate(folder, QString()));  // empty: folder kept
-    EXPECT_EQ(folder, dir.path());
+    EXPECT_EQ(readAll(dir.filePath(QStringLiteral("update.txt"))), QByteArray("SPD=0\r\n"));  // replaced, not appended
     folder = dir.path() + QStringLiteral("/Ormivane.Gadget/");  // a folder that has gone is forgotten
     EXPECT_FALSE(writeGadgetUpdate(folder, text));
     EXPECT_TRUE(folder.isEmpty());
@@ -59,35 +54,5 @@ TEST(GadgetFeed, CatalogueAvailAndUpdateFiles)
     // A type change renews the entry and the scale.
     n.NodeType = ProcessType;
     NodeCatalogueEntry(s, 0, 0);
-    EXPECT_EQ(n.GadgetLine, "PROC11=Process Memory 1-1=bytes,Kbytes,Mbytes,Gbytes");
     EXPECT_EQ(n.GadgetScale, 1.0f);
-}
-
-TEST(GadgetFeed, DetectionPromptsUntilInstalledOrRefused)
-{
-    QTemporaryDir data, config;
-    auto makeGadget = [](const QTemporaryDir& base, const char* name) {
-        const QString folder = base.path() + QStringLiteral("/Ormivane/Gadgets/") + QLatin1String(name) + '/';
-        QDir().mkpath(folder);
-        return folder;
-    };
-    makeGadget(data, "Other.Gadget");  // does not match
-    int asked = 0;
-    QString warning, made;
-    QUrl opened;
-    GadgetPrompts p;
-    p.askInstall = [&] { return ++asked == 2; };  // No, then Yes
-    p.showWarning = [&](const QString& w) { warning = w; };
-    p.openDownloadPage = [&](const QUrl& u) { opened = u; };
-    p.waitForInstall = [&] {  // installed in both places: the later one wins
-        makeGadget(data, "Ormivane.gadget");
-        made = makeGadget(config, "ormivaneMeter.GADGET");
-    };
-    EXPECT_TRUE(FindGadget({data.path(), config.path()}, p, QStringLiteral("example.invalid")).isEmpty());
-    EXPECT_EQ(warning, GadgetMissingWarning);
-    warning.clear();
-    EXPECT_EQ(FindGadget({data.path(), config.path()}, p, QStringLiteral("example.invalid")), made);
-    EXPECT_EQ(asked, 2);
-    EXPECT_TRUE(warning.isEmpty());
-    EXPECT_EQ(opened.toString(), "http://example.invalid/download.asp?prodID=OrmivaneGadget");
 }

@@ -2,6 +2,7 @@
 // the table is rebuilt under it, when its process ends, when no process has
 // its name. The table is read from a /proc the test writes.
 #include "monitor_fixture.h"
+#include "../store/store_files.h"
 
 #include <QDir>
 
@@ -39,17 +40,11 @@ protected:
     {
         const QString d = proc.filePath(QString::number(pid));
         ASSERT_TRUE(QDir().mkpath(d));
-        write(d + QStringLiteral("/comm"), QByteArray(name) + '\n');
-        write(d + QStringLiteral("/cmdline"), QByteArray());
-        write(d + QStringLiteral("/statm"), "1000 " + QByteArray::number(residentPages) + " 0 0 0 0 0\n");
+        writeFile(d + QStringLiteral("/comm"), QByteArray(name) + '\n');
+        writeFile(d + QStringLiteral("/cmdline"), QByteArray());
+        writeFile(d + QStringLiteral("/statm"), "1000 " + QByteArray::number(residentPages) + " 0 0 0 0 0\n");
     }
     void endProcess(int pid) { ASSERT_TRUE(QDir(proc.filePath(QString::number(pid))).removeRecursively()); }
-    static void write(const QString& path, const QByteArray& text)
-    {
-        QFile f(path);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(text);
-    }
     double value(int node) { return view(0).GetNodeValue(node, 0); }
 
     QTemporaryDir proc;

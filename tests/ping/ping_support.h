@@ -94,13 +94,11 @@ inline std::shared_ptr<int> ownNamespace()
     return *home >= 0 && ::unshare(CLONE_NEWNET) == 0 ? home : nullptr;
 }
 
-inline bool loopbackUp() { return run("ip", {"link", "set", "lo", "up"}); }
-
 // A namespace of its own whose loopback runs at `rate`; null when none can be made.
 inline std::shared_ptr<int> slowNamespace(const char* rate, const char* burst)
 {
     auto ns = ownNamespace();
-    return ns && loopbackUp()
+    return ns && run("ip", {"link", "set", "lo", "up"})
             && run("tc", {"qdisc", "add", "dev", "lo", "root", "tbf", "rate", rate, "burst", burst, "latency", "20s"})
         ? ns
         : nullptr;

@@ -1,9 +1,7 @@
-// The Wi-Fi tables fed by set answers of the system's wireless query; the
-// nl80211 answers as the kernel lays them out, built here byte by byte; and
-// the real query on this machine.
+// The Wi-Fi tables fed by set answers of the system's wireless query, and
+// the nl80211 answers as the kernel lays them out, built here byte by byte.
 #include "sources/nl80211_source.h"
 
-#include <QDir>
 #include <QStringList>
 #include <gtest/gtest.h>
 
@@ -26,13 +24,6 @@ QString text(const std::vector<WifiRow>& table)
     for (const WifiRow& r : table)
         rows << QStringLiteral("%1 %2").arg(r.SSID).arg(r.Signal);
     return rows.join(QStringLiteral(", "));
-}
-
-qint32 percent(qint32 dbm)
-{
-    qint32 p = -9999;
-    EXPECT_TRUE(signalPercent(dbm, p));
-    return p;
 }
 
 // Attribute numbers of the nl80211 interface (stable kernel ABI).
@@ -58,31 +49,19 @@ Nl80211Interface interface(quint32 ifindex, quint32 iftype, const QByteArray& ss
 
 }  // namespace
 
-TEST(WifiStrength, DbmToPercentAndSsidToName)
-{
-    EXPECT_EQ(percent(-100), 0);
-    EXPECT_EQ(percent(-70), 50);
-    EXPECT_EQ(percent(-10), 100);  // held at 100
-    EXPECT_EQ(percent(-101), -2);  // nothing raises it to 0
-    qint32 p = 7;
-    EXPECT_FALSE(signalPercent(std::numeric_limits<qint32>::min(), p));
-    EXPECT_EQ(p, 7);
-
-    EXPECT_EQ(ssidText("Caf\xC3\xA9"), QString::fromUtf8("Caf\xC3\xA9"));
-    EXPECT_EQ(ssidText("Caf\xE9"), QString::fromUtf8("Caf\xC3\xA9"));  // not UTF-8: a character per byte
-    EXPECT_EQ(ssidText(QByteArray("Net\0junk", 8)), "Net");
-}
-
 TEST(WifiTables, EachNameOnceEachNewNameEmptiesTheRowsBeforeIt)
 {
+    qint32 p = 7;
+    EXPECT_TRUE(signalPercent(-101, p) && p == -2);  // nothing raises it to 0
+    EXPECT_FALSE(signalPercent(std::numeric_limits<qint32>::min(), p));
+    EXPECT_EQ(ssidText("Caf\xE9"), QString::fromUtf8("Caf\xC3\xA9"));  // not UTF-8: a character per byte
+
     FakeWifi source;
     source.ssids = {"Home", "Home"};
-    source.dbm = {-70, -40};
+    source.dbm = {-70, -10};
     WifiTables wifi(source);
-    EXPECT_TRUE(wifi.Wifi());
-    EXPECT_EQ(text(wifi.WifiNetworks()), "Home 0");
-    EXPECT_TRUE(wifi.WifiStrength());
-    EXPECT_EQ(text(wifi.WifiScan()), "Home 50, Home 100");
+    EXPECT_TRUE(wifi.Wifi() && wifi.WifiStrength());
+    EXPECT_EQ(text(wifi.WifiScan()), "Home 50, Home 100");  // -10 dBm and above held at 100
     EXPECT_EQ(text(wifi.WifiNetworks()), "Home 50");  // the first row of a name stays
 
     // "Home" is looked for among rows already emptied, so it comes again.
@@ -92,44 +71,7 @@ TEST(WifiTables, EachNameOnceEachNewNameEmptiesTheRowsBeforeIt)
     EXPECT_EQ(text(wifi.WifiNetworks()), " 0,  0, Home 75");
 }
 
-TEST(WifiTables, NamelessRowShiftsTheSignals)
-{
-    FakeWifi source;
-    source.ssids = {QByteArray("\0\0\0\0", 4), "Home", "Cafe"};
-    source.dbm = {-40, -70};
-    WifiTables wifi(source);
-    ASSERT_TRUE(wifi.Wifi() && wifi.WifiStrength());
-    EXPECT_EQ(text(wifi.WifiScan()), "Home 100, Cafe 50");
-    // More signal rows than names: the query fails and nothing changes.
-    source.ssids = {"", "Home"};
-    ASSERT_TRUE(wifi.Wifi());
-    EXPECT_FALSE(wifi.WifiStrength());
-    EXPECT_EQ(text(wifi.WifiNetworks()), "Home 0");
-}
-
-TEST(WifiTables, NoWifiAndFailuresLeaveTheTables)
-{
-    FakeWifi source;
-    WifiTables wifi(source);
-    EXPECT_FALSE(wifi.WifiStrength());  // nothing asked yet
-    EXPECT_TRUE(wifi.Wifi());
-    EXPECT_FALSE(wifi.WifiStrength());  // no network in use: nothing to fill
-
-    source.ssids = {"Home"};
-    source.dbm = {-52};
-    ASSERT_TRUE(wifi.Wifi() && wifi.WifiStrength());
-    source.signalAnswer = {WifiAnswer::Failed, QStringLiteral("Device busy")};
-    EXPECT_FALSE(wifi.WifiStrength());
-    source.names = {WifiAnswer::NoWifi, {}};
-    EXPECT_FALSE(wifi.Wifi());
-    EXPECT_FALSE(wifi.WifiAvailable());
-    EXPECT_EQ(text(wifi.WifiScan()), "Home 80");
-    // Unavailable: WifiStrength rebuilds WifiNetworks from the scan it has.
-    EXPECT_FALSE(wifi.WifiStrength());
-    EXPECT_EQ(text(wifi.WifiNetworks()), "Home 80");
-}
-
-TEST(Nl80211Parse, InterfacesInUseInIndexOrder)
+TEST(Nl80211Parse, InterfacesInUseInIndexOrderAndTheStationSignal)
 {
     const Nl80211Interface home = interface(9, IftypeStation, "HomeNet");
     // Not joined, and an access point naming its own network: no client of one.
@@ -142,28 +84,11 @@ TEST(Nl80211Parse, InterfacesInUseInIndexOrder)
     // A device without a network interface, and a malformed index.
     EXPECT_FALSE(parseNl80211Interface(attr(AttrIftype, u32(10))));
     EXPECT_FALSE(parseNl80211Interface(attr(AttrIfindex, QByteArray(2, '\1'))));
-}
 
-TEST(Nl80211Parse, StationSignalIsTheLastReadingElseTheAverage)
-{
+    // A station's signal: the last reading, else the average.
     const QByteArray mac = attr(6, QByteArray("\x02\x00\x00\x00\x00\x01", 6));
     EXPECT_EQ(parseNl80211StationSignal(mac + attr(AttrStaInfo, attr(StaInfoSignalAvg, s8(-71)))), -71);
     EXPECT_EQ(parseNl80211StationSignal(attr(AttrStaInfo, attr(StaInfoSignalAvg, s8(-71)) + attr(StaInfoSignal, s8(-58)))),
               -58);
     EXPECT_FALSE(parseNl80211StationSignal(mac + attr(AttrStaInfo, attr(1, u32(1000)))));
-    EXPECT_FALSE(parseNl80211StationSignal(mac));
-}
-
-TEST(Nl80211Source, NoWifiOnThisMachine)
-{
-    if (!QDir(QStringLiteral("/sys/class/ieee80211")).isEmpty())
-        GTEST_SKIP() << "this machine has a wireless device";
-    Nl80211Source source;
-    std::vector<QByteArray> ssids;
-    const WifiAnswer names = source.activeSsids(ssids);
-    EXPECT_EQ(names.status, WifiAnswer::NoWifi) << names.error.toStdString();
-    WifiTables wifi(source);
-    EXPECT_FALSE(wifi.Wifi());
-    EXPECT_FALSE(wifi.WifiStrength());
-    EXPECT_TRUE(wifi.WifiNetworks().empty());
 }
