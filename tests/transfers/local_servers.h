@@ -62,7 +62,6 @@ public:
     ~LocalEndpoint();
     quint16 port() const { return port_; }
     QString url(const QString& path) const;
-    SpeedTestEndpoint& endpoint() { return *endpoint_; }
 
 private:
     std::unique_ptr<SpeedTestEndpoint> endpoint_;

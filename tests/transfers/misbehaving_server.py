@@ -9,7 +9,6 @@ it speaks HTTPS. Paths:
   /garbage     answers with bytes that are not HTTP
   /endless     200 without a length, bytes until the client goes
   /empty/downvariations.txt   an empty option list
-  /nobar/downvariations.txt   a list without a "|"
 """
 import socket
 import ssl
@@ -42,8 +41,6 @@ class Handler(BaseHTTPRequestHandler):
             self.send_body(200, b"<html><body>test site</body></html>\n")
         elif url.path == "/empty/downvariations.txt":
             self.send_body(200, b"")
-        elif url.path == "/nobar/downvariations.txt":
-            self.send_body(200, b"500000 30\r\n")
         elif url.path == "/file":
             self.send_body(200, bytes(n))
         elif url.path in ("/404", "/500", "/503"):

