@@ -1,19 +1,186 @@
-// A headless Ormivane scraped by curl, checked by promtool and scraped by a
-// real Prometheus on loopback, asked through its HTTP API.
+// A headless Ormivane with its metrics endpoint, scraped by curl, checked by
+// promtool and scraped by a real Prometheus on loopback, asked through its
+// HTTP API.
 #include "exposition_reader.h"
-#include "fleet_run.h"
+#include "run_headless.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QStorageInfo>
+#include <QTcpServer>
 #include <QTcpSocket>
+#include <QThread>
 #include <QUrl>
 #include <gtest/gtest.h>
 #include <cmath>
+#include <functional>
 #include <set>
 
 using namespace orm::test;
 
 namespace {
+
+// Polls every 100 ms: each poll of Prometheus is a curl process.
+bool waitUntil(const std::function<bool()>& done, int ms)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done()) {
+        if (t.elapsed() > ms)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+        QThread::msleep(100);
+    }
+    return true;
+}
+
+quint16 freePort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost, 0);
+    return probe.serverPort();
+}
+
+struct CurlReply {
+    int status = 0;
+    QByteArray body;
+};
+
+CurlReply curl(const QString& url, const QStringList& extra = {})
+{
+    QProcess p;
+    p.start(QStringLiteral("curl"), QStringList{QStringLiteral("-s"), QStringLiteral("-m"), QStringLiteral("10"), QStringLiteral("-w"),
+                                                QStringLiteral("\n%{http_code}")} + extra + QStringList{url});
+    p.waitForFinished(15000);
+    const QByteArray out = p.readAllStandardOutput();
+    const qsizetype cut = out.lastIndexOf('\n');
+    return {out.mid(cut + 1).toInt(), out.left(cut)};
+}
+
+QStringList bearer(const char* token) { return {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer ") + QLatin1String(token)}; }
+
+using Settings = std::map<QString, QString>;
+
+// The benchmarks' configuration: the first-run Graph with its CPU Node, and a
+// second Graph with CPU, RAM, Page File, Drive Space "/", Disk R/W "/",
+// Download and Upload on loopback, Ping 127.0.0.1, Processes, Sys Uptime; all
+// sampled every second and logged.
+Settings benchConfig(const QString& second = QStringLiteral("Ten"))
+{
+    Settings s{{QStringLiteral("Sensors"), QStringLiteral("2")}};
+    QFile lo(QStringLiteral("/sys/class/net/lo/ifindex"));
+    const QString loopback = lo.open(QIODevice::ReadOnly) ? QString::fromLatin1(lo.readAll().trimmed()) : QStringLiteral("1");
+    const std::vector<std::pair<QString, std::vector<int>>> graphs = {
+        {QStringLiteral("New Graph 1"), {5}}, {second, {5, 6, 10, 9, 18, 12, 13, 8, 22, 21}}};
+    for (size_t g = 0; g < graphs.size(); ++g) {
+        const QString key = QStringLiteral("Sensor%1/").arg(g + 1);
+        s[key + QStringLiteral("Name")] = graphs[g].first;
+        s[key + QStringLiteral("GraphType")] = QStringLiteral("1");
+        s[key + QStringLiteral("SampleEverySeconds")] = QStringLiteral("1");
+        s[key + QStringLiteral("Nodes")] = QString::number(graphs[g].second.size());
+        for (size_t n = 0; n < graphs[g].second.size(); ++n) {
+            const QString k = key + QStringLiteral("Node%1/").arg(n + 1);
+            s[k + QStringLiteral("Name")] = QStringLiteral("Node %1").arg(n + 1);
+            s[k + QStringLiteral("NodeType")] = QString::number(graphs[g].second[n]);
+            s[k + QStringLiteral("LogData")] = QStringLiteral("True");
+            s[k + QStringLiteral("DriveMonitoring")] = QStringLiteral("/");
+            s[k + QStringLiteral("AdapterMonitoring")] = loopback;
+            s[k + QStringLiteral("PingIP")] = QStringLiteral("127.0.0.1");
+        }
+    }
+    return s;
+}
+
+// A headless run with its metrics endpoint; the URL it says it serves on.
+QString startWithMetrics(HeadlessRun& run, const QStringList& args)
+{
+    run.start(120, args);
+    QString url;
+    waitUntil(
+        [&] {
+            run.process.waitForReadyRead(50);
+            const QString out = QString::fromLocal8Bit(run.process.peek(run.process.bytesAvailable()));
+            const qsizetype at = out.indexOf(QStringLiteral("http://"));
+            if (at >= 0 && out.indexOf(QLatin1Char('\n'), at) > at)
+                url = out.mid(at, out.indexOf(QLatin1Char('\n'), at) - at).section(QLatin1Char(' '), 0, 0);
+            return !url.isEmpty() || run.process.state() == QProcess::NotRunning;
+        },
+        20000);
+    return url;
+}
+
+class PrometheusRun {
+public:
+    ~PrometheusRun()
+    {
+        process.terminate();
+        if (!process.waitForFinished(10000))
+            process.kill();
+        process.waitForFinished(5000);
+    }
+
+    // Writes the configuration and the files beside it, starts Prometheus on a
+    // free loopback port; true once it says it is ready.
+    bool start(const std::map<QString, QByteArray>& files)
+    {
+        for (const auto& [name, bytes] : files) {
+            QFile f(dir.filePath(name));
+            f.open(QIODevice::WriteOnly);
+            f.write(bytes);
+        }
+        port = freePort();
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(QStringLiteral("prometheus"),
+                      {QStringLiteral("--config.file=") + dir.filePath(QStringLiteral("prometheus.yml")),
+                       QStringLiteral("--storage.tsdb.path=") + dir.filePath(QStringLiteral("data")),
+                       QStringLiteral("--web.listen-address=127.0.0.1:%1").arg(port), QStringLiteral("--log.level=warn")});
+        const auto running = [this] { return process.state() == QProcess::Running; };
+        return process.waitForStarted(10000) &&
+               waitUntil([&] { return curl(url(QStringLiteral("/-/ready"))).status == 200 || !running(); }, 30000) &&
+               running();
+    }
+
+    QString url(const QString& path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port).arg(path); }
+    QString log() { return QString::fromLocal8Bit(process.readAll()); }
+
+    // The "data" of an instant query, or an empty object when it failed.
+    QJsonObject query(const QString& promql)
+    {
+        const QJsonObject reply = QJsonDocument::fromJson(
+            curl(url(QStringLiteral("/api/v1/query")), {QStringLiteral("-G"), QStringLiteral("--data-urlencode"),
+                                                         QStringLiteral("query=") + promql}).body).object();
+        lastError = reply.value(QStringLiteral("error")).toString();
+        return reply.value(QStringLiteral("data")).toObject();
+    }
+    QJsonArray series(const QString& promql) { return query(promql).value(QStringLiteral("result")).toArray(); }
+    // The value of a query that gives one number; NaN when it gives none.
+    double number(const QString& promql)
+    {
+        const QJsonArray r = series(promql);
+        return r.size() == 1 ? r[0].toObject().value(QStringLiteral("value")).toArray()[1].toString().toDouble() : qQNaN();
+    }
+
+    QTemporaryDir dir;
+    QProcess process;
+    quint16 port = 0;
+    QString lastError;
+};
+
+// The repository's example scrape configuration, every interval 1 s, the
+// loopback job aimed at nothing and the fleet job, with its token file, at `fleet`.
+QByteArray exampleConfig(const QString& fleet)
+{
+    QFile f(QStringLiteral(ORM_FLEET_DIR "/prometheus.yml"));
+    f.open(QIODevice::ReadOnly);
+    QByteArray text = f.readAll();
+    text.replace("scrape_interval: 15s", "scrape_interval: 1s").replace("scrape_interval: 5s", "scrape_interval: 1s");
+    text.replace("\"127.0.0.1:9464\"", "\"127.0.0.1:1\"");
+    text.replace("\"desk-1.example.lan:9464\", \"desk-2.example.lan:9464\"", "\"" + fleet.toUtf8() + "\"");
+    return text;
+}
 
 // The values of one log line by column, with its moment in seconds since the epoch.
 struct LogLine {
@@ -24,14 +191,8 @@ struct LogLine {
 std::vector<LogLine> logLines(const HeadlessRun& run)
 {
     std::vector<LogLine> out;
-    QStringList fields;
-    for (const QString& line : run.lines()) {
-        if (line.startsWith(QStringLiteral("#Fields: "))) {
-            fields = line.mid(9).split(QLatin1Char(','));
-            continue;
-        }
-        if (line.startsWith(QLatin1Char('#')))
-            continue;
+    const QStringList fields = run.fields();
+    for (const QString& line : run.valueLines()) {
         const QStringList cells = line.split(QLatin1Char(','));
         LogLine l;
         l.at = QDateTime::fromString(cells.value(0) + QLatin1Char(' ') + cells.value(1), QStringLiteral("yyyy-MM-dd HH:mm:ss"))
@@ -43,28 +204,26 @@ std::vector<LogLine> logLines(const HeadlessRun& run)
     return out;
 }
 
-// What each Node of the benchmark's configuration reads, from its log line:
-// every value a Node can take on that line (the adapter is any of the table's).
+// Every value a Node of the benchmark's configuration can take on a log line
+// (the adapter is any of the table's).
 std::vector<double> fromLog(const QString& type, const LogLine& l, double rootBytes)
 {
-    const auto v = [&](const QString& field) { return l.values.count(field) ? l.values.at(field) : qQNaN(); };
-    const double seconds = v(QStringLiteral("SAMPLE_LENGTH_MILLI_S")) / 1000;
-    if (type == QLatin1String("CPU"))
-        return {v(QStringLiteral("CPU0"))};
-    if (type == QLatin1String("RAM"))
-        return {v(QStringLiteral("MEM_TOT")) - v(QStringLiteral("MEM_AVA"))};
-    if (type == QLatin1String("Page File"))
-        return {v(QStringLiteral("MEM_P_TOT")) - v(QStringLiteral("MEM_P_AVA"))};
-    if (type == QLatin1String("Drive Space"))
-        return {rootBytes - v(QStringLiteral("DISK_FREE_/"))};
-    if (type == QLatin1String("Disk R/W"))
-        return {(v(QStringLiteral("DISK_R_/")) + v(QStringLiteral("DISK_W_/"))) / seconds};
-    if (type == QLatin1String("Ping"))
-        return {v(QStringLiteral("PING_RTT_127.0.0.1")) / 1000};
-    if (type == QLatin1String("Processes"))
-        return {v(QStringLiteral("PROCS"))};
-    if (type == QLatin1String("Sys Uptime"))
-        return {double(quint32(qint32(v(QStringLiteral("SYS_TMR"))))) / 1000};
+    const auto v = [&](const char* field) {
+        const auto it = l.values.find(QLatin1String(field));
+        return it == l.values.end() ? qQNaN() : it->second;
+    };
+    const double seconds = v("SAMPLE_LENGTH_MILLI_S") / 1000;
+    const std::map<QString, double> single = {
+        {QStringLiteral("CPU"), v("CPU0")},
+        {QStringLiteral("RAM"), v("MEM_TOT") - v("MEM_AVA")},
+        {QStringLiteral("Page File"), v("MEM_P_TOT") - v("MEM_P_AVA")},
+        {QStringLiteral("Drive Space"), rootBytes - v("DISK_FREE_/")},
+        {QStringLiteral("Disk R/W"), (v("DISK_R_/") + v("DISK_W_/")) / seconds},
+        {QStringLiteral("Ping"), v("PING_RTT_127.0.0.1") / 1000},
+        {QStringLiteral("Processes"), v("PROCS")},
+        {QStringLiteral("Sys Uptime"), double(quint32(qint32(v("SYS_TMR")))) / 1000}};
+    if (single.count(type))
+        return {single.at(type)};
     std::vector<double> rates;
     const QString family = type == QLatin1String("Download") ? QStringLiteral("ADPT_DN_") : QStringLiteral("ADPT_UP_");
     for (const auto& [field, value] : l.values)
@@ -78,26 +237,39 @@ bool close(double a, double b)
     return std::fabs(a - b) <= 1e-9 * std::max({1.0, std::fabs(a), std::fabs(b)});
 }
 
+QString labels(const QJsonValue& series, const std::vector<const char*>& names)
+{
+    const QJsonObject m = series.toObject().value(QStringLiteral("metric")).toObject();
+    QStringList out;
+    for (const char* name : names)
+        out << m.value(QLatin1String(name)).toString();
+    return out.join(QLatin1Char('/'));
+}
+
 TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
 {
-    // The endpoint asks for a token: the example's fleet job brings it from its file.
+    // Names with quotes, backslashes, a newline and non-ASCII arrive intact;
+    // the endpoint asks for a token, which the example's fleet job reads from its file.
+    const QString graph = QStringLiteral("Büro \"Ost\" \\ Rack 3");
+    const QString ping = QStringLiteral("Ping \"gw\" \\ first\nsecond");
     HeadlessRun run;
-    Settings settings = benchConfig();
+    Settings settings = benchConfig(graph);
+    settings[QStringLiteral("Sensor2/Node8/Name")] = ping;
     settings[QStringLiteral("MetricsToken")] = QStringLiteral("fleet-s3cret");
     run.writeSettings(settings);
-    const QString url = startWithMetrics(run, 120, {QStringLiteral("--metrics"), QStringLiteral("127.0.0.1:0")});
+    const QString url = startWithMetrics(run, {QStringLiteral("--metrics"), QStringLiteral("127.0.0.1:0")});
     ASSERT_FALSE(url.isEmpty()) << run.process.readAllStandardError().toStdString();
     ASSERT_TRUE(run.waitForValueLines(2));
 
     EXPECT_EQ(curl(url).status, 401);
-    EXPECT_EQ(curl(url, {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer wrong")}).status, 401);
-    const CurlReply first = curl(url, {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer fleet-s3cret")});
+    EXPECT_EQ(curl(url, bearer("wrong")).status, 401);
+    const CurlReply first = curl(url, bearer("fleet-s3cret"));
     ASSERT_EQ(first.status, 200);
     const PromtoolVerdict verdict = promtoolCheck(first.body);
     EXPECT_TRUE(verdict.passed) << verdict.output.toStdString() << first.body.toStdString();
 
     PrometheusRun prometheus;
-    ASSERT_TRUE(prometheus.start({{QStringLiteral("prometheus.yml"), exampleConfig(QStringLiteral("127.0.0.1:1"), QUrl(url).authority())},
+    ASSERT_TRUE(prometheus.start({{QStringLiteral("prometheus.yml"), exampleConfig(QUrl(url).authority())},
                                   {QStringLiteral("ormivane.token"), "fleet-s3cret\n"}}))
         << prometheus.log().toStdString();
     // Ten seconds of scrapes, one a second.
@@ -107,19 +279,15 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
 
     // Every Node is a series with its labels.
     std::set<QString> names;
-    for (const auto& s : prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\"}"))) {
-        const QJsonObject m = s.toObject().value(QStringLiteral("metric")).toObject();
-        names.insert(QStringList{m.value(QStringLiteral("graph")).toString(), m.value(QStringLiteral("node")).toString(),
-                                 m.value(QStringLiteral("type")).toString(), m.value(QStringLiteral("unit")).toString()}
-                         .join(QLatin1Char('/')));
-    }
+    for (const auto& s : prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\"}")))
+        names.insert(labels(s, {"graph", "node", "type", "unit"}));
     const std::set<QString> expected = {
-        QStringLiteral("New Graph 1/Node 1/CPU/percent"),  QStringLiteral("Ten/Node 1/CPU/percent"),
-        QStringLiteral("Ten/Node 2/RAM/bytes"),            QStringLiteral("Ten/Node 3/Page File/bytes"),
-        QStringLiteral("Ten/Node 4/Drive Space/bytes"),    QStringLiteral("Ten/Node 5/Disk R/W/bytes_per_second"),
-        QStringLiteral("Ten/Node 6/Download/bytes_per_second"), QStringLiteral("Ten/Node 7/Upload/bytes_per_second"),
-        QStringLiteral("Ten/Node 8/Ping/seconds"),         QStringLiteral("Ten/Node 9/Processes/count"),
-        QStringLiteral("Ten/Node 10/Sys Uptime/seconds")};
+        QStringLiteral("New Graph 1/Node 1/CPU/percent"), graph + QStringLiteral("/Node 1/CPU/percent"),
+        graph + QStringLiteral("/Node 2/RAM/bytes"), graph + QStringLiteral("/Node 3/Page File/bytes"),
+        graph + QStringLiteral("/Node 4/Drive Space/bytes"), graph + QStringLiteral("/Node 5/Disk R/W/bytes_per_second"),
+        graph + QStringLiteral("/Node 6/Download/bytes_per_second"), graph + QStringLiteral("/Node 7/Upload/bytes_per_second"),
+        graph + QLatin1Char('/') + ping + QStringLiteral("/Ping/seconds"), graph + QStringLiteral("/Node 9/Processes/count"),
+        graph + QStringLiteral("/Node 10/Sys Uptime/seconds")};
     EXPECT_EQ(names, expected);
 
     // Each scraped value is the value of that Node in the log line of a tick
@@ -128,7 +296,7 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
     const double rootBytes = double(QStorageInfo(QStringLiteral("/")).bytesTotal());
     int checked = 0;
     for (const auto& s : prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\"}[8s]"))) {
-        const QString type = s.toObject().value(QStringLiteral("metric")).toObject().value(QStringLiteral("type")).toString();
+        const QString type = labels(s, {"type"});
         for (const auto& point : s.toObject().value(QStringLiteral("values")).toArray()) {
             const double at = point.toArray()[0].toDouble();
             const double value = point.toArray()[1].toString().toDouble();
@@ -164,11 +332,8 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
             EXPECT_FALSE(data.isEmpty()) << expr.toStdString() << ": " << prometheus.lastError.toStdString();
             ++queries;
             if (expr.startsWith(QStringLiteral("ormivane_node_value")))
-                for (const auto& s : data.value(QStringLiteral("result")).toArray()) {
-                    const QJsonObject m = s.toObject().value(QStringLiteral("metric")).toObject();
-                    shown.insert(m.value(QStringLiteral("graph")).toString() + QLatin1Char('/') +
-                                 m.value(QStringLiteral("node")).toString());
-                }
+                for (const auto& s : data.value(QStringLiteral("result")).toArray())
+                    shown.insert(labels(s, {"graph", "node"}));
         }
     }
     EXPECT_GE(queries, 20);
@@ -185,7 +350,7 @@ TEST(Fleet, AHundredScrapesAtOnceLoseNoTick)
     const quint16 port = freePort();
     settings[QStringLiteral("MetricsPort")] = QString::number(port);
     run.writeSettings(settings);
-    const QString url = startWithMetrics(run, 120, {});
+    const QString url = startWithMetrics(run, {});
     ASSERT_EQ(url, QStringLiteral("http://127.0.0.1:%1/metrics").arg(port)) << run.process.readAllStandardError().toStdString();
     ASSERT_TRUE(run.waitForValueLines(1));
     const QByteArray request = "GET /metrics HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n";

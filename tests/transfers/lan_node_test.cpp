@@ -16,7 +16,7 @@ TEST_F(TransferFixture, ALanNodeOnAMountedShareMeasuresItsCopyAndLeavesItInTemp)
         ASSERT_TRUE(f.open(QIODevice::WriteOnly));
         f.write(QByteArray(int(size), 'L'));
     }
-    graph(0, 1, {{{QStringLiteral("NodeType"), QStringLiteral("7")}, {QStringLiteral("DownloadURL"), QStringLiteral("\\\\testhost\\share\\bench.bin")}}});
+    graph(0, 1, {lanFile(QStringLiteral("\\\\testhost\\share\\bench.bin"))});
     ASSERT_TRUE(start());
     ASSERT_TRUE(settle());
     ASSERT_TRUE(node(0, 0).WebsiteReady);

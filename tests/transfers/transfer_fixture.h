@@ -125,6 +125,11 @@ inline NodeValues website(const QString& url, int downloadType = 0)
             {QStringLiteral("DownloadType"), QString::number(downloadType)}};
 }
 
+inline NodeValues lanFile(const QString& path)
+{
+    return {{QStringLiteral("NodeType"), QStringLiteral("7")}, {QStringLiteral("DownloadURL"), path}};
+}
+
 inline NodeValues slave(int masterGraph, int masterNode, int downloadType)
 {
     return {{QStringLiteral("NodeType"), QStringLiteral("4")}, {QStringLiteral("WebsiteMaster"), QStringLiteral("False")},

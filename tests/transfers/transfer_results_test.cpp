@@ -33,9 +33,6 @@ TEST_F(TransferResults, TheRequestTheStartAndTheEndFollowTheTable)
     transfers().startDueTransfers();
     EXPECT_EQ(n.PreviousConnectTime, 111);
     EXPECT_EQ(n.ConnectTime, requested);
-    EXPECT_FALSE(n.TransferConnected);
-    EXPECT_FALSE(n.WebsiteDue);
-    EXPECT_TRUE(n.WebsiteBusy);
     EXPECT_TRUE(transfers().DownloaderFiles.IsCurrentlyDownloading(n.DownloadURL, name));
     transfers().DownloaderFiles.CancelAllDownload();  // its events are played by hand below
 
@@ -45,15 +42,12 @@ TEST_F(TransferResults, TheRequestTheStartAndTheEndFollowTheTable)
     EXPECT_EQ(n.PreviousBandwidth, 5);
     EXPECT_EQ(n.Bandwidth, 0);
     EXPECT_EQ(n.TransferStart, requested + 30);
-    EXPECT_TRUE(n.TransferConnected);
 
     clock.advance(3);
     transfers().FileDownloadComplete(1000, name);
     EXPECT_EQ(n.ResponseTime, 3);
     EXPECT_DOUBLE_EQ(n.Bandwidth, 333333.33) << "bytes a second, rounded to two decimals";
     EXPECT_FALSE(n.WebsiteBusy);
-    EXPECT_FALSE(n.TransferConnected);
-    EXPECT_EQ(n.ConnectTime, 30);
     EXPECT_EQ(node(0, 0).Bandwidth, 0) << "only the Node of the name";
 }
 
