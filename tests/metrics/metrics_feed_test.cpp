@@ -16,8 +16,14 @@ namespace {
 const QString OddGraph = QStringLiteral("Host \"A\" \\ Zürich\nsecond line");
 const QString OddNode = QStringLiteral("CPU \"zero\" \\ ü");
 
-class MetricsFeed : public MonitorFixture {
+class RecordingFeed : public MonitorFixture {
 protected:
+    void SetUp() override
+    {
+        MonitorFixture::SetUp();
+        monitor->recordHealth();
+    }
+
     void configure() override
     {
         set(QStringLiteral("Settings"), QStringLiteral("FirstRun"), QStringLiteral("False"));
@@ -63,14 +69,6 @@ protected:
     std::vector<Sample> samples() { return readExposition(scrape()); }
 };
 
-class RecordingFeed : public MetricsFeed {
-protected:
-    void SetUp() override
-    {
-        MetricsFeed::SetUp();
-        monitor->recordHealth();
-    }
-};
 
 TEST_F(RecordingFeed, EachNodeOfTheSampledGraphsIsOneSeriesOfTheRawSampleTheAlertsRead)
 {

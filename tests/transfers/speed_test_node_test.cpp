@@ -14,7 +14,7 @@ class SpeedTestNode : public TransferFixture {
 protected:
     void startOn(const QString& server, int seconds, int option = 0, const QString& words = QString())
     {
-        setting(QStringLiteral("SpeedTestServer"), server);
+        store.writeValue(QStringLiteral("Settings"), QStringLiteral("SpeedTestServer"), server);
         graph(0, seconds, {{{QStringLiteral("NodeType"), QStringLiteral("17")}, {QStringLiteral("VDDownloadSize"), QString::number(option)}}});
         ASSERT_TRUE(start(words));
     }

@@ -42,10 +42,6 @@ protected:
             for (const auto& [name, value] : nodes[j])
                 store.writeValue(key + QStringLiteral("/Node%1").arg(j + 1), name, value);
     }
-    void setting(const QString& name, const QString& value)
-    {
-        store.writeValue(QStringLiteral("Settings"), name, value);
-    }
 
     bool start(const QString& words = QString())
     {
