@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QString>
 #include <map>
 #include <optional>
@@ -17,45 +18,27 @@ struct Sample {
     double value = 0;
 };
 
-// Every sample line of the text, in order; nothing for a line it cannot read.
+// Every sample line of the text, in order.
 inline std::vector<Sample> readExposition(const QByteArray& text)
 {
+    static const QRegularExpression lineRe(QStringLiteral(R"(^([a-zA-Z_:][a-zA-Z0-9_:]*)(?:\{(.*)\})? (\S+)$)"));
+    static const QRegularExpression labelRe(QStringLiteral(R"re(([a-zA-Z_]\w*)="((?:[^"\\]|\\.)*)",?)re"));
     std::vector<Sample> out;
-    for (const QByteArray& line : text.split('\n')) {
-        if (line.isEmpty() || line.startsWith('#'))
+    for (const QString& line : QString::fromUtf8(text).split(QLatin1Char('\n'))) {
+        const QRegularExpressionMatch m = lineRe.match(line);
+        if (!m.hasMatch())
             continue;
-        Sample s;
-        qsizetype i = 0;
-        while (i < line.size() && line[i] != '{' && line[i] != ' ')
-            ++i;
-        s.name = QString::fromUtf8(line.left(i));
-        if (i < line.size() && line[i] == '{') {
-            ++i;
-            while (i < line.size() && line[i] != '}') {
-                const qsizetype eq = line.indexOf('=', i);
-                if (eq < 0 || eq + 1 >= line.size() || line[eq + 1] != '"')
-                    return out;
-                const QString key = QString::fromUtf8(line.mid(i, eq - i));
-                QByteArray value;
-                qsizetype j = eq + 2;
-                for (; j < line.size() && line[j] != '"'; ++j) {
-                    if (line[j] == '\\' && j + 1 < line.size()) {
-                        ++j;
-                        value.append(line[j] == 'n' ? '\n' : line[j]);
-                    } else {
-                        value.append(line[j]);
-                    }
-                }
-                s.labels[key] = QString::fromUtf8(value);
-                i = j + 1;
-                if (i < line.size() && line[i] == ',')
-                    ++i;
+        Sample s{m.captured(1), {}, m.captured(3) == QLatin1String("+Inf") ? qInf() : m.captured(3).toDouble()};
+        for (auto it = labelRe.globalMatch(m.captured(2)); it.hasNext();) {
+            const QRegularExpressionMatch l = it.next();
+            const QString escaped = l.captured(2);
+            QString value;
+            for (qsizetype i = 0; i < escaped.size(); ++i) {  // the pattern keeps each \ with its escaped char
+                const bool pair = escaped[i] == QLatin1Char('\\');
+                value += pair && escaped[++i] == QLatin1Char('n') ? QChar(u'\n') : escaped[i];
             }
-            ++i;
+            s.labels[l.captured(1)] = value;
         }
-        const QByteArray value = line.mid(i).trimmed();
-        bool ok = false;
-        s.value = value == "NaN" ? qQNaN() : value == "+Inf" ? qInf() : value == "-Inf" ? -qInf() : value.toDouble(&ok);
         out.push_back(s);
     }
     return out;
@@ -67,9 +50,7 @@ inline std::vector<Sample> samplesOf(const std::vector<Sample>& all, const QStri
 {
     std::vector<Sample> out;
     for (const Sample& s : all) {
-        if (s.name != name)
-            continue;
-        bool ok = true;
+        bool ok = s.name == name;
         for (const auto& [k, v] : match)
             ok = ok && s.labels.count(k) && s.labels.at(k) == v;
         if (ok)
@@ -82,9 +63,7 @@ inline std::optional<double> valueOf(const std::vector<Sample>& all, const QStri
                                      const std::map<QString, QString>& match = {})
 {
     const auto found = samplesOf(all, name, match);
-    if (found.size() != 1)
-        return std::nullopt;
-    return found.front().value;
+    return found.size() == 1 ? std::optional<double>(found.front().value) : std::nullopt;
 }
 
 struct PromtoolVerdict {

@@ -1,7 +1,6 @@
 // The endpoint serving a running Monitor while its Graphs and Nodes are
 // edited: one listener and one kept-alive connection for the whole run, each
 // scrape showing the model as the last edit left it.
-#include "always_yes.h"
 #include "exposition_reader.h"
 #include "http_client.h"
 #include "monitor_fixture.h"
@@ -16,6 +15,12 @@ using namespace orm;
 using namespace orm::test;
 
 namespace {
+
+class AlwaysYes final : public EditPrompts {
+public:
+    bool askYesNo(const QString&, const QString&) override { return true; }
+    void stop(const QString&, const QString&) override {}
+};
 
 class ServedMonitor : public MonitorFixture {
 protected:

@@ -1,7 +1,9 @@
 // The Downloader against real servers on 127.0.0.1: the events of a good
-// transfer, what is saved, and each way a transfer can fail.
+// transfer, what is saved, each way a transfer can fail, and the numbers and
+// texts a failure is written down with.
 #include "endpoint/speed_test_endpoint.h"
 #include "local_servers.h"
+#include "logging/error_file.h"
 #include "sources/downloader.h"
 #include "sources/transfer_errors.h"
 
@@ -14,60 +16,49 @@ using namespace orm::test;
 
 namespace {
 
-struct Event {
-    QString kind;  // start, complete, error, all
-    QString name;
-    double size = 0;
-    qint16 number = 0;
-    QString description;
-};
-
-// Records the events in the order they come; progress reports are only counted.
+// The events in the order they come, as "start 500000", "complete 500000",
+// "error 6", "all <failed names>"; progress reports are only counted.
 class Recorder {
 public:
     explicit Recorder(Downloader& d)
     {
-        QObject::connect(&d, &Downloader::DownloadStart, [this](const QString& n, qint64 total) {
-            events.push_back({QStringLiteral("start"), n, double(total), 0, QString()});
-        });
+        QObject::connect(&d, &Downloader::DownloadStart,
+                         [this](const QString&, qint64 total) { events << QStringLiteral("start %1").arg(total); });
         QObject::connect(&d, &Downloader::DownloadProgress, [this](const QString&, qint64 total, qint64 read) {
             ++progress;
-            EXPECT_GT(total, 0);
             EXPECT_LE(read, total);
         });
-        QObject::connect(&d, &Downloader::DownloadComplete, [this](double size, const QString& n) {
-            events.push_back({QStringLiteral("complete"), n, size, 0, QString()});
+        QObject::connect(&d, &Downloader::DownloadComplete,
+                         [this](double size, const QString&) { events << QStringLiteral("complete %1").arg(qint64(size)); });
+        QObject::connect(&d, &Downloader::DownloadError, [this](const QString&, const QString&, qint16 n, const QString& text) {
+            events << QStringLiteral("error %1").arg(n);
+            number = n;
+            description = text;
         });
-        QObject::connect(&d, &Downloader::DownloadError,
-                         [this](const QString& n, const QString&, qint16 number, const QString& description) {
-                             events.push_back({QStringLiteral("error"), n, 0, number, description});
-                         });
-        QObject::connect(&d, &Downloader::AllDownloadsComplete, [this](const QStringList& failed) {
-            events.push_back({QStringLiteral("all"), failed.join(QLatin1Char(',')), 0, 0, QString()});
-        });
+        QObject::connect(&d, &Downloader::AllDownloadsComplete,
+                         [this](const QStringList& failed) { events << QStringLiteral("all ") + failed.join(QLatin1Char(',')); });
     }
-    bool ended() const { return !events.empty() && events.back().kind == QLatin1String("all"); }
-    const Event* find(const QString& kind) const
+    bool ended() const { return !events.isEmpty() && events.last().startsWith(QStringLiteral("all")); }
+    QString kinds() const
     {
-        for (const Event& e : events)
-            if (e.kind == kind)
-                return &e;
-        return nullptr;
+        QStringList out;
+        for (const QString& e : events)
+            out << e.section(QLatin1Char(' '), 0, 0);
+        return out.join(QLatin1Char(','));
     }
-    std::vector<Event> events;
+    QStringList events;
     int progress = 0;
+    qint16 number = 0;
+    QString description;
 };
 
 class DownloaderTest : public ::testing::Test {
 protected:
     QString name(const QString& file) const { return temp.filePath(file); }
-
-    // One transfer to its end; the error event, or null when it completed.
-    const Event* failureOf(const QString& url)
+    bool run(const QString& url, const QString& file = QStringLiteral("0-0"))
     {
-        EXPECT_TRUE(d.BeginDownload(url, name(QStringLiteral("0-0"))));
-        EXPECT_TRUE(waitUntil([&] { return rec.ended(); }, 20000)) << url.toStdString();
-        return rec.find(QStringLiteral("error"));
+        rec.events.clear();
+        return d.BeginDownload(url, name(file)) && waitUntil([&] { return rec.ended(); }, 20000);
     }
 
     QTemporaryDir temp;
@@ -81,23 +72,20 @@ TEST_F(DownloaderTest, AGoodTransferStartsCompletesAndLeavesNoFileWhenNotSaving)
     d.SaveFiles = false;
     const QString n = name(QStringLiteral("0-1"));
     ASSERT_TRUE(d.BeginDownload(server.url(QStringLiteral("/serverdownload.asp?s=0")), n));
-    EXPECT_TRUE(d.IsCurrentlyDownloading(QString(), n));
     EXPECT_FALSE(d.BeginDownload(server.url(QStringLiteral("/")), n)) << "the name already runs";
-    ASSERT_EQ(d.TransferNames.size(), 2u);
-    EXPECT_EQ(d.TransferStates[1], Downloader::Running);
-
     ASSERT_TRUE(waitUntil([&] { return rec.ended(); }));
-    ASSERT_EQ(rec.events.size(), 3u);
-    EXPECT_EQ(rec.events[0].kind, QStringLiteral("start"));
-    EXPECT_EQ(rec.events[0].size, 500000.0) << "the total comes from the length the server gave";
-    EXPECT_EQ(rec.events[1].kind, QStringLiteral("complete"));
-    EXPECT_EQ(rec.events[1].size, 500000.0);
-    EXPECT_EQ(rec.events[1].name, n);
-    EXPECT_EQ(rec.events[2].name, QString()) << "nothing failed";
+    EXPECT_EQ(rec.events, QStringList({QStringLiteral("start 500000"), QStringLiteral("complete 500000"), QStringLiteral("all ")}));
     EXPECT_GT(rec.progress, 0);
     EXPECT_FALSE(QFile::exists(n));
-    EXPECT_FALSE(d.IsCurrentlyDownloading(QString(), n));
     EXPECT_EQ(d.TransferNames.size(), 1u) << "the lists are emptied once all ended";
+
+    // A cancelled transfer reports nothing.
+    ScriptServer silent;
+    ASSERT_TRUE(d.BeginDownload(silent.url(QStringLiteral("/hang")), n));
+    d.CancelAllDownload();
+    EXPECT_FALSE(d.IsCurrentlyDownloading(QString(), n));
+    waitUntil([] { return false; }, 300);
+    EXPECT_EQ(rec.events.size(), 3);
 }
 
 TEST_F(DownloaderTest, ASavedTransferWritesFromTheStartAndKeepsALongerOldTail)
@@ -109,110 +97,60 @@ TEST_F(DownloaderTest, ASavedTransferWritesFromTheStartAndKeepsALongerOldTail)
         ASSERT_TRUE(old.open(QIODevice::WriteOnly));
         old.write(QByteArray(300, 'z'));
     }
-    ASSERT_TRUE(d.BeginDownload(server.url(QStringLiteral("/downvariations.txt")), n));
-    ASSERT_TRUE(waitUntil([&] { return rec.ended(); }));
-    ASSERT_TRUE(rec.find(QStringLiteral("complete")));
+    ASSERT_TRUE(run(server.url(QStringLiteral("/downvariations.txt")), QStringLiteral("downvariations.txt")));
     QFile f(n);
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const QByteArray saved = f.readAll();
     const QByteArray list = defaultSpeedTestLadder();
-    EXPECT_EQ(rec.find(QStringLiteral("complete"))->size, double(list.size()));
-    EXPECT_EQ(saved.size(), 300);
-    EXPECT_TRUE(saved.startsWith(list));
-    EXPECT_EQ(saved.mid(list.size()), QByteArray(300 - list.size(), 'z'));
+    EXPECT_EQ(f.readAll(), list + QByteArray(300 - list.size(), 'z'));
+
+    // Into a folder that cannot be written it fails.
+    ASSERT_TRUE(run(server.url(QStringLiteral("/")), QStringLiteral("missing/s0n0")));
+    EXPECT_TRUE(rec.kinds().endsWith(QStringLiteral("error,all"))) << rec.events.join(QLatin1Char(' ')).toStdString();
 }
 
-TEST_F(DownloaderTest, IdleNamesCancelsAndEmptyListsAreQuiet)
-{
-    EXPECT_FALSE(d.IsCurrentlyDownloading(QStringLiteral("http://127.0.0.1/"), name(QStringLiteral("0-0"))));
-    d.CancelAllDownload();
-    EXPECT_EQ(d.TransferNames.size(), 1u);
-
-    ScriptServer server;
-    ASSERT_NE(server.port(), 0);
-    ASSERT_TRUE(d.BeginDownload(server.url(QStringLiteral("/hang")), name(QStringLiteral("0-0"))));
-    ASSERT_TRUE(d.BeginDownload(server.url(QStringLiteral("/file?n=100")), name(QStringLiteral("0-1"))));
-    d.CancelAllDownload();
-    EXPECT_FALSE(d.IsCurrentlyDownloading(QString(), name(QStringLiteral("0-0"))));
-    waitUntil([] { return false; }, 500);
-    EXPECT_TRUE(rec.events.empty()) << "a cancelled transfer reports nothing";
-}
-
-TEST_F(DownloaderTest, ServerStatusesCarryTheNumbersTheMappingLooksFor)
-{
-    ScriptServer server;
-    ASSERT_NE(server.port(), 0);
-    const struct {
-        const char* path;
-        qint16 number;
-        int status;
-    } cases[] = {{"/404", 6, 404}, {"/500", 8, 500}, {"/503", 12, 503}, {"/nosuchpath", 6, 404}};
-    for (const auto& c : cases) {
-        rec.events.clear();
-        const Event* e = failureOf(server.url(QString::fromLatin1(c.path)));
-        ASSERT_TRUE(e) << c.path;
-        EXPECT_EQ(e->number, c.number) << c.path;
-        EXPECT_EQ(mapTransferFailure(e->description).status, c.status) << e->description.toStdString();
-        EXPECT_TRUE(rec.find(QStringLiteral("start"))) << "the server answered, so the transfer had begun";
-        EXPECT_EQ(rec.events.back().name, name(QStringLiteral("0-0"))) << "the failed names come with the end";
-    }
-}
-
-TEST_F(DownloaderTest, NoServerASilentOneAndACutBodyEachFail)
-{
-    ScriptServer server;
-    ASSERT_NE(server.port(), 0);
-    d.setStallTimeout(300);
-
-    const Event* refused = failureOf(QStringLiteral("http://127.0.0.1:%1/").arg(closedPort()));
-    ASSERT_TRUE(refused);
-    EXPECT_TRUE(refused->description.contains(QStringLiteral("-2147012867")));
-    EXPECT_FALSE(rec.find(QStringLiteral("start")));
-
-    rec.events.clear();
-    const Event* silent = failureOf(server.url(QStringLiteral("/hang")));
-    ASSERT_TRUE(silent);
-    EXPECT_EQ(mapTransferFailure(silent->description).status, 0);
-    EXPECT_TRUE(silent->description.contains(QStringLiteral("-2147012867"))) << "a stall counts as cannot connect";
-
-    rec.events.clear();
-    const Event* cut = failureOf(server.url(QStringLiteral("/cut?n=2000000")));
-    ASSERT_TRUE(cut);
-    EXPECT_NE(cut->number, 0);
-
-    rec.events.clear();
-    const Event* garbage = failureOf(server.url(QStringLiteral("/garbage")));
-    ASSERT_TRUE(garbage);
-    EXPECT_NE(garbage->number, 0);
-}
-
-TEST_F(DownloaderTest, AnEndlessBodyEndsAtTheLimitAndBadAddressesFailAsTransfersDo)
+TEST_F(DownloaderTest, EachWayATransferFailsEndsInOneErrorWithItsNumber)
 {
     ScriptServer server;
     ASSERT_NE(server.port(), 0);
     d.SaveFiles = false;
+    d.setStallTimeout(300);  // 30 s in the program
     d.setBodyLimits(1 << 20, 8 << 20);
-    const Event* endless = failureOf(server.url(QStringLiteral("/endless")));
-    ASSERT_TRUE(endless);
-    EXPECT_EQ(endless->number, qint16(TransferError::TooLarge & 0xFFFF));
-
-    for (const char* bad : {"ftp://127.0.0.1/x", "http://", "not a url", "file:///etc/passwd"}) {
-        rec.events.clear();
-        const Event* e = failureOf(QString::fromLatin1(bad));
-        ASSERT_TRUE(e) << bad;
-        EXPECT_EQ(e->number, qint16(TransferError::InvalidUrl & 0xFFFF)) << bad;
+    const auto low = [](qint32 code) { return qint16(code & 0xFFFF); };
+    const struct {
+        QString url;
+        qint16 number;     // 0: any but 0
+        int status;        // of the failure mapping; -1: not looked at
+        const char* says;  // in the description
+        const char* kinds;
+    } cases[] = {
+        {server.url(QStringLiteral("/404")), 6, 404, "", "start,error,all"},
+        {server.url(QStringLiteral("/500")), 8, 500, "", "start,error,all"},
+        {server.url(QStringLiteral("/503")), 12, 503, "", "start,error,all"},
+        {QStringLiteral("http://127.0.0.1:%1/").arg(closedPort()), 0, 0, "-2147012867", "error,all"},
+        {server.url(QStringLiteral("/hang")), 0, 0, "-2147012867", ""},  // a stall counts as cannot connect
+        {server.url(QStringLiteral("/cut?n=2000000")), 0, -1, "", ""},
+        {server.url(QStringLiteral("/garbage")), 0, -1, "", ""},
+        {server.url(QStringLiteral("/endless")), low(TransferError::TooLarge), -1, "", ""},
+        // Not resolved, or not reached where no name server answers.
+        {QStringLiteral("http://nosuchhost.invalid/file"), 0, -1, "", "error,all"},
+        {QStringLiteral("ftp://127.0.0.1/x"), low(TransferError::InvalidUrl), -1, "", ""},
+        {QStringLiteral("http://"), low(TransferError::InvalidUrl), -1, "", ""},
+        {QStringLiteral("not a url"), low(TransferError::InvalidUrl), -1, "", ""},
+    };
+    for (const auto& c : cases) {
+        const std::string url = c.url.toStdString();
+        ASSERT_TRUE(run(c.url)) << url;
+        EXPECT_EQ(rec.events.last(), QStringLiteral("all ") + name(QStringLiteral("0-0"))) << url;
+        if (c.number)
+            EXPECT_EQ(rec.number, c.number) << url;
+        else
+            EXPECT_NE(rec.number, 0) << url;
+        if (c.status >= 0)
+            EXPECT_EQ(mapTransferFailure(rec.description).status, c.status) << rec.description.toStdString();
+        EXPECT_TRUE(rec.description.contains(QLatin1String(c.says))) << rec.description.toStdString();
+        if (*c.kinds)
+            EXPECT_EQ(rec.kinds(), QLatin1String(c.kinds)) << url;
     }
-}
-
-TEST_F(DownloaderTest, ASavedTransferIntoAFolderThatCannotBeWrittenFails)
-{
-    LocalEndpoint server;
-    const Event* e = nullptr;
-    ASSERT_TRUE(d.BeginDownload(server.url(QStringLiteral("/")), temp.filePath(QStringLiteral("missing/s0n0"))));
-    ASSERT_TRUE(waitUntil([&] { return rec.ended(); }));
-    e = rec.find(QStringLiteral("error"));
-    ASSERT_TRUE(e);
-    EXPECT_FALSE(rec.find(QStringLiteral("complete")));
 }
 
 TEST_F(DownloaderTest, HttpsWorksWithATrustedCertificateAndFailsWithoutOne)
@@ -221,18 +159,40 @@ TEST_F(DownloaderTest, HttpsWorksWithATrustedCertificateAndFailsWithoutOne)
     ASSERT_TRUE(cert.ok());
     ScriptServer server(cert.certFile(), cert.keyFile());
     ASSERT_NE(server.port(), 0);
-
-    const Event* untrusted = failureOf(server.url(QStringLiteral("/file?n=5000")));
-    ASSERT_TRUE(untrusted);
-    EXPECT_EQ(untrusted->number, qint16(TransferError::SecureChannelError & 0xFFFF));
+    ASSERT_TRUE(run(server.url(QStringLiteral("/file?n=5000"))));
+    EXPECT_EQ(rec.number, qint16(TransferError::SecureChannelError & 0xFFFF));
 
     cert.trust();
     Downloader fresh;  // a new manager, without the refused connection
     Recorder rec2(fresh);
     ASSERT_TRUE(fresh.BeginDownload(server.url(QStringLiteral("/file?n=5000")), name(QStringLiteral("0-2"))));
     ASSERT_TRUE(waitUntil([&] { return rec2.ended(); }));
-    ASSERT_TRUE(rec2.find(QStringLiteral("complete")));
-    EXPECT_EQ(rec2.find(QStringLiteral("complete"))->size, 5000.0);
+    EXPECT_TRUE(rec2.events.contains(QStringLiteral("complete 5000")));
+}
+
+TEST(FailureMapping, TheTablesOrderDecidesAndTheEventNumberIsTheLow16Bits)
+{
+    EXPECT_EQ(mapTransferFailure(QStringLiteral("-2147024888 then -2147024890")).status, 500)
+        << "the order of the table decides, not the order in the text";
+    EXPECT_EQ(mapTransferFailure(QStringLiteral("-2147024890 -2147012867")).status, 404);
+    const MappedFailure other = mapTransferFailure(QStringLiteral("something else"));
+    EXPECT_EQ(other.status, 0);
+    EXPECT_EQ(other.description, QStringLiteral("something else"));
+
+    const TransferFailure f = transferFailure(TransferError::CannotConnect, QStringLiteral("Cannot connect"));
+    EXPECT_EQ(f.number, 12029);
+    EXPECT_EQ(f.description, QStringLiteral("System Error &H80072EFD (-2147012867).  Cannot connect"));
+    EXPECT_EQ(replyFailure(QNetworkReply::ContentAccessDenied, 403, QStringLiteral("Forbidden"), false).description,
+              QStringLiteral("System Error &H80190193 (-2145844845).  HTTP 403 Forbidden"));
+
+    // An error file that cannot be written is reported, not fatal.
+    QTemporaryDir dir;
+    QFile blocker(dir.filePath(QStringLiteral("Logs")));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));  // a file where the folder should be
+    blocker.close();
+    QString error;
+    EXPECT_FALSE(appendErrorFileLine(dir.path(), QDateTime::currentDateTime(), {}, &error));
+    EXPECT_TRUE(error.contains(QStringLiteral(".err")));
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
-// The speed test endpoint: what each path answers, in this process and as
-// `ormivane --speedtest-server` in a process of its own.
-#include "endpoint/speed_test_endpoint.h"
+// The speed test endpoint as `ormivane --speedtest-server`: what each path
+// answers, and the clear refusal of a bad list or address.
 #include "local_servers.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QProcess>
-#include <QTcpServer>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -25,76 +22,12 @@ Answer fetch(QNetworkAccessManager& nam, const QString& url, const QByteArray& v
 {
     const QNetworkRequest request{QUrl(url)};
     QNetworkReply* reply = verb == "HEAD" ? nam.head(request) : nam.sendCustomRequest(request, verb);
-    Answer a;
     EXPECT_TRUE(waitUntil([&] { return reply->isFinished(); }, 20000)) << url.toStdString();
-    a.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    a.body = reply->readAll();
     const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
-    a.length = length.isValid() ? length.toLongLong() : -1;
+    const Answer a{reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll(),
+                   length.isValid() ? length.toLongLong() : -1};
     reply->deleteLater();
     return a;
-}
-
-TEST(SpeedTestEndpoint, ServesTheListTheFilesAndAPageAtItsRoot)
-{
-    LocalEndpoint server;
-    ASSERT_NE(server.port(), 0);
-    QNetworkAccessManager nam;
-
-    const Answer root = fetch(nam, server.url(QStringLiteral("/")));
-    EXPECT_EQ(root.status, 200);
-    EXPECT_TRUE(root.body.contains("speed test"));
-
-    const Answer list = fetch(nam, server.url(QStringLiteral("/downvariations.txt")));
-    EXPECT_EQ(list.status, 200);
-    EXPECT_EQ(list.body, defaultSpeedTestLadder());
-    const auto options = parseDownloadOptions(list.body);
-    ASSERT_TRUE(options);
-    ASSERT_EQ(options->size(), 2u);
-    EXPECT_EQ(options->front().text, QStringLiteral("500K   every 30 seconds"));
-    EXPECT_EQ(options->back().size, 100000000);
-
-    // Twice over the same kept-alive connection, the big one between.
-    for (int s : {0, 1, 0}) {
-        const Answer file = fetch(nam, server.url(QStringLiteral("/serverdownload.asp?s=%1").arg(s)));
-        EXPECT_EQ(file.status, 200);
-        EXPECT_EQ(file.body.size(), (*options)[size_t(s)].size);
-        EXPECT_EQ(file.length, (*options)[size_t(s)].size);
-    }
-    const Answer head = fetch(nam, server.url(QStringLiteral("/serverdownload.asp?s=1")), "HEAD");
-    EXPECT_EQ(head.status, 200);
-    EXPECT_EQ(head.length, 100000000);
-    EXPECT_TRUE(head.body.isEmpty());
-}
-
-TEST(SpeedTestEndpoint, AnythingElseIsNotFound)
-{
-    LocalEndpoint server("1000|1\r\n2000|2\r\n");
-    QNetworkAccessManager nam;
-    for (const char* path : {"/serverdownload.asp?s=2", "/serverdownload.asp?s=-1", "/serverdownload.asp?s=abc",
-                             "/serverdownload.asp", "/nosuchfile", "/downvariations.txt/x", "/index.html"})
-        EXPECT_EQ(fetch(nam, server.url(QString::fromLatin1(path))).status, 404) << path;
-    EXPECT_EQ(fetch(nam, server.url(QStringLiteral("/serverdownload.asp?s=1"))).body.size(), 2000);
-    EXPECT_EQ(fetch(nam, server.url(QStringLiteral("/")), "DELETE").status, 405);
-}
-
-TEST(SpeedTestEndpoint, ListenAddressesDefaultToLoopback)
-{
-    const ListenAddress bare = parseListenAddress(QStringLiteral("0"));
-    EXPECT_TRUE(bare.error.isEmpty());
-    EXPECT_TRUE(bare.address.isNull());
-    SpeedTestEndpoint endpoint(defaultSpeedTestLadder());
-    ASSERT_NE(endpoint.listenAt(bare), 0);
-    ASSERT_EQ(endpoint.servers().size(), 1);
-    EXPECT_EQ(endpoint.servers().front()->serverAddress(), QHostAddress(QHostAddress::LocalHost));
-    const ListenAddress all = parseListenAddress(QStringLiteral("0.0.0.0:81"));
-    EXPECT_EQ(all.address, QHostAddress(QHostAddress::AnyIPv4));
-    EXPECT_EQ(all.port, 81);
-    const ListenAddress v6 = parseListenAddress(QStringLiteral("[::1]:0"));
-    EXPECT_TRUE(v6.error.isEmpty());
-    EXPECT_EQ(v6.address, QHostAddress(QHostAddress::LocalHostIPv6));
-    for (const char* bad : {"", "host:", "65536", "myhost:80", "80x"})
-        EXPECT_FALSE(parseListenAddress(QString::fromLatin1(bad)).error.isEmpty()) << bad;
 }
 
 // The program as a server: the line it prints tells where it listens.
@@ -112,51 +45,48 @@ public:
             process.kill();
         process.waitForFinished(5000);
     }
-    QString firstLine()
-    {
-        waitUntil([&] { return process.canReadLine() || process.state() == QProcess::NotRunning; });
-        return QString::fromLocal8Bit(process.readLine()).trimmed();
-    }
     QProcess process;
 };
 
-TEST(SpeedTestEndpoint, TheProgramServesOnThePortItIsGiven)
+TEST(SpeedTestEndpoint, TheProgramServesItsListOrRefusesABadOneWithAClearMessage)
 {
     QTemporaryDir dir;
-    QFile list(dir.filePath(QStringLiteral("sizes.txt")));
-    ASSERT_TRUE(list.open(QIODevice::WriteOnly));
-    list.write("1000|5\r\n3000|10\r\n");
-    list.close();
-
-    ServerProcess server({QStringLiteral("0"), QStringLiteral("--variations"), list.fileName()});
-    const QString line = server.firstLine();
-    ASSERT_TRUE(line.startsWith(QStringLiteral("Speed test endpoint on http://127.0.0.1:"))) << line.toStdString();
-    const QString base = line.section(QLatin1Char(' '), 4, 4);  // http://127.0.0.1:P/
-    QNetworkAccessManager nam;
-    EXPECT_EQ(fetch(nam, base + QStringLiteral("downvariations.txt")).body, QByteArray("1000|5\r\n3000|10\r\n"));
-    EXPECT_EQ(fetch(nam, base + QStringLiteral("serverdownload.asp?s=1")).body.size(), 3000);
-}
-
-TEST(SpeedTestEndpoint, TheProgramRefusesABadListOrAddressWithAClearMessage)
-{
-    QTemporaryDir dir;
-    QFile list(dir.filePath(QStringLiteral("sizes.txt")));
-    ASSERT_TRUE(list.open(QIODevice::WriteOnly));
-    list.write("1000|5\r\nten|10\r\n");
-    list.close();
-    const struct {
-        QStringList args;
-        const char* says;
-    } cases[] = {
-        {{QStringLiteral("0"), QStringLiteral("--variations"), list.fileName()}, "line 2"},
+    const QString good = dir.filePath(QStringLiteral("good.txt")), bad = dir.filePath(QStringLiteral("bad.txt"));
+    for (const auto& [file, text] : {std::pair(good, "1000|5\r\n3000|10\r\n"), std::pair(bad, "1000|5\r\nten|10\r\n")}) {
+        QFile list(file);
+        ASSERT_TRUE(list.open(QIODevice::WriteOnly));
+        list.write(text);
+    }
+    {
+        ServerProcess server({QStringLiteral("0"), QStringLiteral("--variations"), good});
+        waitUntil([&] { return server.process.canReadLine() || server.process.state() == QProcess::NotRunning; });
+        const QString line = QString::fromLocal8Bit(server.process.readLine()).trimmed();
+        ASSERT_TRUE(line.startsWith(QStringLiteral("Speed test endpoint on http://127.0.0.1:"))) << line.toStdString();
+        const QString base = line.section(QLatin1Char(' '), 4, 4);  // http://127.0.0.1:P/
+        QNetworkAccessManager nam;
+        EXPECT_TRUE(fetch(nam, base).body.contains("speed test"));
+        EXPECT_EQ(fetch(nam, base + QStringLiteral("downvariations.txt")).body, QByteArray("1000|5\r\n3000|10\r\n"));
+        for (const char* verb : {"GET", "HEAD"}) {
+            const Answer file = fetch(nam, base + QStringLiteral("serverdownload.asp?s=1"), verb);
+            EXPECT_EQ(file.status, 200);
+            EXPECT_EQ(file.length, 3000);
+            EXPECT_EQ(file.body.size(), QByteArray(verb) == "GET" ? 3000 : 0);
+        }
+        for (const char* path : {"serverdownload.asp?s=2", "serverdownload.asp?s=-1", "serverdownload.asp?s=abc",
+                                 "serverdownload.asp", "downvariations.txt/x"})
+            EXPECT_EQ(fetch(nam, base + QLatin1String(path)).status, 404) << path;
+        EXPECT_EQ(fetch(nam, base, "DELETE").status, 405);
+    }
+    const std::pair<QStringList, const char*> cases[] = {
+        {{QStringLiteral("0"), QStringLiteral("--variations"), bad}, "line 2"},
         {{QStringLiteral("0"), QStringLiteral("--variations"), dir.filePath(QStringLiteral("none.txt"))}, "cannot read"},
         {{QStringLiteral("localhost:99999")}, "not [ADDR:]PORT"},
     };
-    for (const auto& c : cases) {
-        ServerProcess server(c.args);
+    for (const auto& [args, says] : cases) {
+        ServerProcess server(args);
         ASSERT_TRUE(server.process.waitForFinished(10000));
         EXPECT_EQ(server.process.exitCode(), 2);
-        EXPECT_TRUE(server.process.readAllStandardError().contains(c.says)) << c.says;
+        EXPECT_TRUE(server.process.readAllStandardError().contains(says)) << says;
     }
 }
 

@@ -77,16 +77,6 @@ TestCertificate::TestCertificate()
     ok_ = openssl.waitForFinished(30000) && openssl.exitCode() == 0 && QFile::exists(certFile());
 }
 
-QString TestCertificate::certFile() const
-{
-    return dir_.filePath(QStringLiteral("cert.pem"));
-}
-
-QString TestCertificate::keyFile() const
-{
-    return dir_.filePath(QStringLiteral("key.pem"));
-}
-
 void TestCertificate::trust() const
 {
     QSslConfiguration conf = QSslConfiguration::defaultConfiguration();

@@ -45,8 +45,8 @@ class TestCertificate {
 public:
     TestCertificate();
     bool ok() const { return ok_; }
-    QString certFile() const;
-    QString keyFile() const;
+    QString certFile() const { return dir_.filePath(QStringLiteral("cert.pem")); }
+    QString keyFile() const { return dir_.filePath(QStringLiteral("key.pem")); }
     // Adds the certificate to the process's trusted authorities.
     void trust() const;
 
@@ -62,7 +62,6 @@ public:
     ~LocalEndpoint();
     quint16 port() const { return port_; }
     QString url(const QString& path) const;
-    SpeedTestEndpoint& endpoint() { return *endpoint_; }
 
 private:
     std::unique_ptr<SpeedTestEndpoint> endpoint_;

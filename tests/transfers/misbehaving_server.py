@@ -3,13 +3,12 @@
 
 Prints "PORT <n>" once it listens, then serves until stopped. With --tls CERT KEY
 it speaks HTTPS. Paths:
-  /            200, a short page          /file?n=N   200, N bytes
+  /file?n=N    200, N bytes
   /404 /500 /503   that status            /hang       reads the request, never answers
   /cut?n=N     promises N bytes, sends half, closes
   /garbage     answers with bytes that are not HTTP
   /endless     200 without a length, bytes until the client goes
   /empty/downvariations.txt   an empty option list
-  /nobar/downvariations.txt   a list without a "|"
 """
 import socket
 import ssl
@@ -38,12 +37,8 @@ class Handler(BaseHTTPRequestHandler):
     def do_GET(self):
         url = urlparse(self.path)
         n = int(parse_qs(url.query).get("n", ["1000"])[0])
-        if url.path == "/":
-            self.send_body(200, b"<html><body>test site</body></html>\n")
-        elif url.path == "/empty/downvariations.txt":
+        if url.path == "/empty/downvariations.txt":
             self.send_body(200, b"")
-        elif url.path == "/nobar/downvariations.txt":
-            self.send_body(200, b"500000 30\r\n")
         elif url.path == "/file":
             self.send_body(200, bytes(n))
         elif url.path in ("/404", "/500", "/503"):

@@ -42,10 +42,6 @@ protected:
             for (const auto& [name, value] : nodes[j])
                 store.writeValue(key + QStringLiteral("/Node%1").arg(j + 1), name, value);
     }
-    void setting(const QString& name, const QString& value)
-    {
-        store.writeValue(QStringLiteral("Settings"), name, value);
-    }
 
     bool start(const QString& words = QString())
     {
@@ -96,15 +92,13 @@ protected:
     QString mountTable() const { return root.filePath(QStringLiteral("mounts")); }
     QStringList errLines() const
     {
-        QFile f(dataDir() + QStringLiteral("/Logs/ex") + clock.now().toString(QStringLiteral("yyyyMMdd")) +
-                QStringLiteral(".err"));
-        return f.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(f.readAll()).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts)
-                                          : QStringList();
+        return linesOf(dataDir() + QStringLiteral("/Logs/ex") + clock.now().toString(QStringLiteral("yyyyMMdd")) +
+                       QStringLiteral(".err"));
     }
-
-    QStringList logLines()
+    QStringList logLines() const { return linesOf(monitor->logWriter().fileName(clock.now().date())); }
+    static QStringList linesOf(const QString& file)
     {
-        QFile f(monitor->logWriter().fileName(clock.now().date()));
+        QFile f(file);
         return f.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(f.readAll()).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts)
                                           : QStringList();
     }
@@ -123,17 +117,7 @@ protected:
 
 inline NodeValues website(const QString& url, int downloadType = 0)
 {
-    return {{QStringLiteral("NodeType"), QStringLiteral("4")},
-            {QStringLiteral("DownloadURL"), url},
-            {QStringLiteral("DownloadType"), QString::number(downloadType)}};
-}
-
-inline NodeValues slave(int masterGraph, int masterNode, int downloadType)
-{
-    return {{QStringLiteral("NodeType"), QStringLiteral("4")},
-            {QStringLiteral("WebsiteMaster"), QStringLiteral("False")},
-            {QStringLiteral("WebsiteSlaveToSensor"), QString::number(masterGraph)},
-            {QStringLiteral("WebsiteSlaveToNode"), QString::number(masterNode)},
+    return {{QStringLiteral("NodeType"), QStringLiteral("4")}, {QStringLiteral("DownloadURL"), url},
             {QStringLiteral("DownloadType"), QString::number(downloadType)}};
 }
 
@@ -142,9 +126,12 @@ inline NodeValues lanFile(const QString& path)
     return {{QStringLiteral("NodeType"), QStringLiteral("7")}, {QStringLiteral("DownloadURL"), path}};
 }
 
-inline NodeValues speedTest(int option)
+inline NodeValues slave(int masterGraph, int masterNode, int downloadType)
 {
-    return {{QStringLiteral("NodeType"), QStringLiteral("17")}, {QStringLiteral("VDDownloadSize"), QString::number(option)}};
+    return {{QStringLiteral("NodeType"), QStringLiteral("4")}, {QStringLiteral("WebsiteMaster"), QStringLiteral("False")},
+            {QStringLiteral("WebsiteSlaveToSensor"), QString::number(masterGraph)},
+            {QStringLiteral("WebsiteSlaveToNode"), QString::number(masterNode)},
+            {QStringLiteral("DownloadType"), QString::number(downloadType)}};
 }
 
 }  // namespace orm::test

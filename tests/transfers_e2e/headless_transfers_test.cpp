@@ -88,33 +88,27 @@ TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
     const QString refused = QStringLiteral("http://127.0.0.1:%1/").arg(closed);
     // The two measured Graphs sample every 4 and every 3 seconds, so that
     // their transfers meet only now and then; those samples are left out.
-    run.writeSettings({{QStringLiteral("SpeedTestServer"), QStringLiteral("127.0.0.1:%1").arg(server.port)},
-                       {QStringLiteral("Sensors"), QStringLiteral("3")},
-                       {QStringLiteral("Sensor1/SampleEverySeconds"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor1/Node1/NodeType"), QStringLiteral("17")},
-                       {QStringLiteral("Sensor1/Node1/VDDownloadSize"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor2/SampleEverySeconds"), QStringLiteral("3")},
-                       {QStringLiteral("Sensor2/Nodes"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor2/Node1/NodeType"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor2/Node1/DownloadURL"), file},
-                       {QStringLiteral("Sensor2/Node2/NodeType"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor2/Node2/WebsiteMaster"), QStringLiteral("False")},
-                       {QStringLiteral("Sensor2/Node2/WebsiteSlaveToSensor"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor2/Node2/DownloadType"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor2/Node3/NodeType"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor2/Node3/WebsiteMaster"), QStringLiteral("False")},
-                       {QStringLiteral("Sensor2/Node3/WebsiteSlaveToSensor"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor2/Node3/DownloadType"), QStringLiteral("2")},
-                       {QStringLiteral("Sensor2/Node4/NodeType"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor2/Node4/WebsiteMaster"), QStringLiteral("False")},
-                       {QStringLiteral("Sensor2/Node4/WebsiteSlaveToSensor"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor2/Node4/DownloadType"), QStringLiteral("3")},
-                       {QStringLiteral("Sensor3/SampleEverySeconds"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor3/Nodes"), QStringLiteral("2")},
-                       {QStringLiteral("Sensor3/Node1/NodeType"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor3/Node1/DownloadURL"), missing},
-                       {QStringLiteral("Sensor3/Node2/NodeType"), QStringLiteral("4")},
-                       {QStringLiteral("Sensor3/Node2/DownloadURL"), refused}});
+    std::map<QString, QString> settings{{QStringLiteral("SpeedTestServer"), QStringLiteral("127.0.0.1:%1").arg(server.port)},
+                                        {QStringLiteral("Sensors"), QStringLiteral("3")},
+                                        {QStringLiteral("Sensor1/SampleEverySeconds"), QStringLiteral("4")},
+                                        {QStringLiteral("Sensor1/Node1/NodeType"), QStringLiteral("17")},
+                                        {QStringLiteral("Sensor1/Node1/VDDownloadSize"), QStringLiteral("1")},
+                                        {QStringLiteral("Sensor2/SampleEverySeconds"), QStringLiteral("3")},
+                                        {QStringLiteral("Sensor2/Nodes"), QStringLiteral("4")},
+                                        {QStringLiteral("Sensor2/Node1/DownloadURL"), file},
+                                        {QStringLiteral("Sensor3/SampleEverySeconds"), QStringLiteral("1")},
+                                        {QStringLiteral("Sensor3/Nodes"), QStringLiteral("2")},
+                                        {QStringLiteral("Sensor3/Node1/DownloadURL"), missing},
+                                        {QStringLiteral("Sensor3/Node2/DownloadURL"), refused}};
+    for (const char* website : {"Sensor2/Node1", "Sensor2/Node2", "Sensor2/Node3", "Sensor2/Node4", "Sensor3/Node1", "Sensor3/Node2"})
+        settings[QLatin1String(website) + QStringLiteral("/NodeType")] = QStringLiteral("4");
+    for (int slave = 2; slave <= 4; ++slave) {  // Bandwidth, Response and Connection Time of the Master's transfers
+        const QString key = QStringLiteral("Sensor2/Node%1/").arg(slave);
+        settings[key + QStringLiteral("WebsiteMaster")] = QStringLiteral("False");
+        settings[key + QStringLiteral("WebsiteSlaveToSensor")] = QStringLiteral("1");
+        settings[key + QStringLiteral("DownloadType")] = QString::number(slave - 1);
+    }
+    run.writeSettings(settings);
     const int ticks = 34;
     run.start(ticks, {QStringLiteral("txtDebug"), QStringLiteral("VDDebugMode")});
 
@@ -134,6 +128,13 @@ TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
     }
     ASSERT_TRUE(run.process.state() == QProcess::NotRunning ? run.process.exitCode() == 0 : run.finish());
     ASSERT_GE(curl.size(), 20u);
+
+    // Each Master logs its four results; the Slaves show them and log nothing.
+    QStringList columns{QStringLiteral("RESULTSERVER_DOWNLOAD")};
+    for (const QString& url : {file, missing, refused})
+        for (const char* prefix : {"RESULT_", "RTIME_", "RCONNECTTIME_", "RERROR_"})
+            columns << QLatin1String(prefix) + url.toUpper();
+    EXPECT_EQ(run.fields().mid(4), columns);
 
     // A Graph that samples every n seconds starts a transfer at ticks 1, 1 + n,
     // ...; the line of tick k (value line k) shows the result of the one begun
