@@ -8,6 +8,19 @@ namespace orm {
 
 namespace {
 
+// The names in columns (drives, hosts, processes, URLs) are nearly always
+// ASCII: those go straight in, without a temporary copy each tick.
+void appendUtf8(std::string& to, const QString& text)
+{
+    qsizetype i = 0;
+    for (; i < text.size() && text[i].unicode() < 0x80; ++i)
+        to += char(text[i].unicode());
+    if (i < text.size()) {
+        const QByteArray rest = QStringView(text).mid(i).toUtf8();
+        to.append(rest.constData(), size_t(rest.size()));
+    }
+}
+
 // Appends one column and its value, each behind the separator.
 class LineBuilder {
 public:
@@ -23,7 +36,7 @@ public:
     void name(std::string_view base, const QString& text)
     {
         name(base);
-        line_.fields += text.toUtf8().toStdString();
+        appendUtf8(line_.fields, text);
     }
     void value(double v)
     {
