@@ -183,7 +183,7 @@ void Monitor::DisplayData()
     QString gadgetText;
     QString clockText;  // the time of day, read once a tick when a Graph is due
     bool gadgetDue = false;
-    std::vector<double> values;
+    std::vector<double>& values = graphValues_;
 
     const size_t upper = Sensors.size();
     for (size_t i = 0; i < upper; ++i) {

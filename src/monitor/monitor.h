@@ -168,7 +168,12 @@ private:
     std::unique_ptr<TickHealth> health_;
     QString startError_;
     qint32 tickUptime_ = 0;  // up-time clock at this tick's start (SYS_TMR, uptime Node)
-    LogInputs logInputs_;    // what the log line is made of, refilled each tick
+    // Refilled each tick, so that their lists keep their room: the flags of
+    // what is read and logged, what the log line is made of, and the values
+    // of the Graph being evaluated.
+    TickFlags tickFlags_;
+    LogInputs logInputs_;
+    std::vector<double> graphValues_;
     bool unloaded_ = false;
     quint64 linkedProcessGeneration_ = 0;  // the process table's rebuild the Nodes were linked to
 };

@@ -138,10 +138,10 @@ void Monitor::TimerData()
     };
 
     // 3.
-    TickFlags flags;
+    TickFlags& flags = tickFlags_;
     const size_t driveRows = sources_.drives->DriveTable.size();
-    flags.read.logDrives.assign(driveRows, false);
-    flags.log.logDrives.assign(driveRows, false);
+    flags.read.reset(driveRows);
+    flags.log.reset(driveRows);
     if (Closing)
         return finish();
 
