@@ -1,5 +1,6 @@
 // ormivane: the monitor. Headless, it runs the tick, the logs and the stop
 // signals without any window.
+#include "console_line.h"
 #include "desktop.h"
 #include "print_option.h"
 #include "run_mode.h"
@@ -28,17 +29,6 @@
 #include <cstdio>
 
 using namespace orm;
-
-namespace {
-
-void printLine(FILE* to, const QString& text)
-{
-    std::fputs(text.toLocal8Bit().constData(), to);
-    std::fputc('\n', to);
-    std::fflush(to);
-}
-
-}  // namespace
 
 int main(int argc, char* argv[])
 {

@@ -1,6 +1,8 @@
 #include "speed_test_server.h"
 
+#include "console_line.h"
 #include "model/version.h"
+#include "endpoint/listen_address.h"
 #include "endpoint/speed_test_endpoint.h"
 
 #include <QCommandLineParser>
@@ -14,7 +16,7 @@ namespace {
 
 int fail(const QString& text)
 {
-    std::fputs(("ormivane: " + text + "\n").toLocal8Bit().constData(), stderr);
+    printLine(stderr, QStringLiteral("ormivane: ") + text);
     return 2;
 }
 
@@ -68,11 +70,8 @@ int runSpeedTestServer(int argc, char* argv[])
     const QHostAddress address = at.address.isNull() ? QHostAddress(QHostAddress::LocalHost) : at.address;
     if (port == 0)
         return fail(QStringLiteral("cannot listen on %1 port %2").arg(address.toString()).arg(at.port));
-    QString host = address.toString();
-    if (address.protocol() == QAbstractSocket::IPv6Protocol)
-        host = QLatin1Char('[') + host + QLatin1Char(']');
-    std::printf("Speed test endpoint on http://%s:%u/ with %zu sizes\n", host.toLocal8Bit().constData(), port,
-                endpoint.options().size());
+    std::printf("Speed test endpoint on http://%s:%u/ with %zu sizes\n",
+                urlHostText(address).toLocal8Bit().constData(), port, endpoint.options().size());
     std::fflush(stdout);
     return app.exec();
 }
