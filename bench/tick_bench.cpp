@@ -1,12 +1,9 @@
 // The cost of one whole tick (sources, evaluation, log line) over large sets
 // of Nodes. Prints figures; asserts nothing.
-#include "model/graph_view.h"
-#include "model/key_value_store.h"
-#include "monitor/monitor.h"
+#include "bench_monitor.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -41,24 +38,14 @@ Figures measure(Monitor& monitor, int ticks)
 int runSet(const char* title, int graphs, int nodesPerGraph, int ticks,
            const std::function<void(Node&, int graph, int node)>& fill)
 {
-    QTemporaryDir dir;
-    SystemClock clock;
-    MemoryStore store;
-    auto sources = SourceSet::forLinux();
-    HistoryViewFactory views;
-    MonitorOptions options;
-    options.dataDir = dir.path();
-    Monitor monitor(options, clock, store, *sources, views);
-    if (!monitor.startUp()) {
-        std::fprintf(stderr, "start-up failed: %s\n", qPrintable(monitor.startError()));
+    BenchMonitor bench;
+    if (!bench.start()) {
+        std::fprintf(stderr, "start-up failed: %s\n", qPrintable(bench.monitor->startError()));
         return 1;
     }
-    monitor.Sensors.clear();
-    monitor.GraphForms.clear();
+    Monitor& monitor = *bench.monitor;
     for (int g = 0; g < graphs; ++g) {
-        monitor.AddSensor(false);
-        Graph& graph = monitor.Sensors.back();
-        graph.Nodes.clear();
+        Graph& graph = bench.addGraph();
         for (int n = 0; n < nodesPerGraph; ++n) {
             Node node = newNode(n);
             node.LogData = true;
@@ -66,7 +53,7 @@ int runSet(const char* title, int graphs, int nodesPerGraph, int ticks,
             graph.Nodes.push_back(node);
         }
     }
-    ProcessIndexes(monitor.Sensors, *sources->processes);
+    ProcessIndexes(monitor.Sensors, *bench.sources->processes);
 
     const Figures f = measure(monitor, ticks);
     if (!monitor.fatalError.isEmpty()) {
