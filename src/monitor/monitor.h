@@ -174,6 +174,7 @@ private:
     TickFlags tickFlags_;
     LogInputs logInputs_;
     std::vector<double> graphValues_;
+    qint32 retrievalMs_ = 0;  // the total that retrievalText says
     bool unloaded_ = false;
     quint64 linkedProcessGeneration_ = 0;  // the process table's rebuild the Nodes were linked to
 };

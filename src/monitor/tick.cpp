@@ -172,7 +172,11 @@ void Monitor::TimerData()
 
     // 10.
     const qint32 total = tickDiff(clock_.tickCount(), TickStart);
-    retrievalText = QStringLiteral("Data Retrieval Rate = ") + QString::number(total) + QStringLiteral(" mS");
+    // The total is the same whole millisecond tick after tick: the text is made anew only when it changes.
+    if (total != retrievalMs_ || retrievalText.isEmpty()) {
+        retrievalMs_ = total;
+        retrievalText = QStringLiteral("Data Retrieval Rate = ") + QString::number(total) + QStringLiteral(" mS");
+    }
     if (total > 1000)
         retrievalRed = true;
 
