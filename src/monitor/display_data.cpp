@@ -160,7 +160,8 @@ double Monitor::evaluateAdapterNode(Node& node, double seconds)
         trace(QStringLiteral("DisplayData BANDWIDTH"));
         return rateRule(node, a.InOctets + a.OutOctets, seconds);
     case DownloadNodeType:
-        trace(QStringLiteral("DisplayData DOWNLOAD - ") + QString::number(node.AdapterIndex));
+        if (debugLog().enabled())  // the text is made only for the trace
+            debugLog().log(QStringLiteral("DisplayData DOWNLOAD - ") + QString::number(node.AdapterIndex));
         return rateRule(node, a.InOctets, seconds);
     case UploadType:
         trace(QStringLiteral("DisplayData UPLOAD"));
