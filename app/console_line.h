@@ -14,4 +14,17 @@ inline void printLine(FILE* to, const QString& text)
     std::fflush(to);
 }
 
+// A complaint of the program on standard error, after its name.
+inline void errorLine(const QString& text)
+{
+    printLine(stderr, QStringLiteral("ormivane: ") + text);
+}
+
+// A command line that cannot run: said on standard error, and 2 to end with.
+inline int usageError(const QString& text)
+{
+    errorLine(text);
+    return 2;
+}
+
 }  // namespace orm

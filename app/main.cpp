@@ -103,53 +103,42 @@ int main(int argc, char* argv[])
     QStringList arguments = QCoreApplication::arguments();
     std::optional<PrintRequest> printRequest;
     QString printError;
-    if (!takePrintOption(arguments, printRequest, printError)) {
-        printLine(stderr, QStringLiteral("ormivane: ") + printError);
-        return 2;
-    }
+    if (!takePrintOption(arguments, printRequest, printError))
+        return usageError(printError);
     parser.process(arguments);
     if (parser.isSet(print)) {  // only a form that takePrintOption does not know gets here: --print=G
-        printLine(stderr, QStringLiteral("ormivane: --print takes two values, as in --print 1 graph.pdf"));
-        return 2;
+        return usageError(QStringLiteral("--print takes two values, as in --print 1 graph.pdf"));
     }
 
     long maxTicks = 0;
     if (parser.isSet(ticks)) {
         bool ok = false;
         maxTicks = parser.value(ticks).toLong(&ok);
-        if (!ok || maxTicks < 1) {
-            printLine(stderr, QStringLiteral("ormivane: --ticks needs a whole number above 0, not \"%1\"")
+        if (!ok || maxTicks < 1)
+            return usageError(QStringLiteral("--ticks needs a whole number above 0, not \"%1\"")
                                   .arg(parser.value(ticks)));
-            return 2;
-        }
     }
 
     QString metricsText;
     if (parser.isSet(metricsOption)) {
         metricsText = parser.value(metricsOption);
         const ListenAddress at = parseListenAddress(metricsText);
-        if (!at.error.isEmpty()) {
-            printLine(stderr, QStringLiteral("ormivane: --metrics: ") + at.error);
-            return 2;
-        }
+        if (!at.error.isEmpty())
+            return usageError(QStringLiteral("--metrics: ") + at.error);
     }
 
     LogCommand logCommand;
     const bool isLogCommand = parser.isSet(logHeaders) || parser.isSet(exportLog);
     if (isLogCommand) {
-        if (parser.isSet(logHeaders) && parser.isSet(exportLog)) {
-            printLine(stderr, QStringLiteral("ormivane: --log-headers and --export-log go one at a time"));
-            return 2;
-        }
+        if (parser.isSet(logHeaders) && parser.isSet(exportLog))
+            return usageError(QStringLiteral("--log-headers and --export-log go one at a time"));
         const QString text = parser.value(parser.isSet(logHeaders) ? logHeaders : exportLog);
         bool ok = false;
         logCommand.kind = parser.isSet(logHeaders) ? LogCommand::Headers : LogCommand::Export;
         logCommand.graphNumber = text.toInt(&ok);
         logCommand.redraw = parser.isSet(snapshot);
-        if (!ok || logCommand.graphNumber < 1) {
-            printLine(stderr, QStringLiteral("ormivane: a Graph number counts from 1, not \"%1\"").arg(text));
-            return 2;
-        }
+        if (!ok || logCommand.graphNumber < 1)
+            return usageError(QStringLiteral("a Graph number counts from 1, not \"%1\"").arg(text));
     }
 
     MonitorOptions options;
@@ -159,15 +148,11 @@ int main(int argc, char* argv[])
     const QString configFile = parser.isSet(config) ? parser.value(config) : defaultConfigFile();
 
     // A folder named as the settings file would be made owner-only and then fail every save.
-    if (const QString refused = unusableSettingsPath(configFile); !refused.isEmpty()) {
-        printLine(stderr, QStringLiteral("ormivane: ") + refused);
-        return 2;
-    }
+    if (const QString refused = unusableSettingsPath(configFile); !refused.isEmpty())
+        return usageError(refused);
     // A log command writes nothing but the CSV: it makes no folder.
-    if (!isLogCommand && !QDir().mkpath(options.dataDir)) {
-        printLine(stderr, QStringLiteral("ormivane: cannot create the data folder %1").arg(options.dataDir));
-        return 2;
-    }
+    if (!isLogCommand && !QDir().mkpath(options.dataDir))
+        return usageError(QStringLiteral("cannot create the data folder %1").arg(options.dataDir));
 
     SystemClock clock;
     IniStore store(configFile);
@@ -187,7 +172,7 @@ int main(int argc, char* argv[])
     if (isLogCommand) {
         const int status = runLogCommand(monitor, logCommand, stdout, stderr);
         if (status == 0 && parser.isSet(snapshot) && !saveSnapshots(monitor.GraphForms, parser.value(snapshot))) {
-            printLine(stderr, QStringLiteral("ormivane: cannot save the pictures into %1").arg(parser.value(snapshot)));
+            errorLine(QStringLiteral("cannot save the pictures into %1").arg(parser.value(snapshot)));
             return 1;
         }
         return status;
@@ -197,7 +182,7 @@ int main(int argc, char* argv[])
         const QString folder = parser.value(snapshot);
         monitor.onUnload = [&monitor, folder] {
             if (!saveSnapshots(monitor.GraphForms, folder))
-                printLine(stderr, QStringLiteral("ormivane: cannot save the pictures into %1").arg(folder));
+                errorLine(QStringLiteral("cannot save the pictures into %1").arg(folder));
         };
     }
 
@@ -212,7 +197,7 @@ int main(int argc, char* argv[])
         if (status == printingGraphText())
             return;
         if (!status.isEmpty() && status != lastPrintStatus)
-            printLine(stderr, QStringLiteral("ormivane: ") + status);
+            errorLine(status);
         lastPrintStatus = status;
     });
     alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });
@@ -259,7 +244,7 @@ int main(int argc, char* argv[])
     app.exec();
 
     if (!monitor.fatalError.isEmpty()) {
-        printLine(stderr, QStringLiteral("ormivane: ") + monitor.fatalError);
+        errorLine(monitor.fatalError);
         return status ? status : 1;
     }
     return withPrint(status);

@@ -12,16 +12,6 @@
 
 using namespace orm;
 
-namespace {
-
-int fail(const QString& text)
-{
-    printLine(stderr, QStringLiteral("ormivane: ") + text);
-    return 2;
-}
-
-}  // namespace
-
 bool wantsSpeedTestServer(int argc, char* argv[])
 {
     for (int i = 1; i < argc; ++i)
@@ -52,24 +42,24 @@ int runSpeedTestServer(int argc, char* argv[])
 
     const ListenAddress at = parseListenAddress(parser.value(server));
     if (!at.error.isEmpty())
-        return fail(QStringLiteral("--speedtest-server: ") + at.error);
+        return usageError(QStringLiteral("--speedtest-server: ") + at.error);
 
     QByteArray list = defaultSpeedTestLadder();
     if (parser.isSet(variations)) {
         QFile f(parser.value(variations));
         if (!f.open(QIODevice::ReadOnly))
-            return fail(QStringLiteral("--variations: cannot read %1: %2").arg(f.fileName(), f.errorString()));
+            return usageError(QStringLiteral("--variations: cannot read %1: %2").arg(f.fileName(), f.errorString()));
         list = f.read(DownloadOptionsCap + 1);
     }
     const DownloadOptionsCheck check = checkDownloadOptions(list);
     if (!check.error.isEmpty())
-        return fail(QStringLiteral("--variations %1: %2").arg(parser.value(variations), check.error));
+        return usageError(QStringLiteral("--variations %1: %2").arg(parser.value(variations), check.error));
 
     SpeedTestEndpoint endpoint(list);
     const quint16 port = endpoint.listenAt(at);
     const QHostAddress address = at.address.isNull() ? QHostAddress(QHostAddress::LocalHost) : at.address;
     if (port == 0)
-        return fail(QStringLiteral("cannot listen on %1 port %2").arg(address.toString()).arg(at.port));
+        return usageError(QStringLiteral("cannot listen on %1 port %2").arg(address.toString()).arg(at.port));
     std::printf("Speed test endpoint on http://%s:%u/ with %zu sizes\n",
                 urlHostText(address).toLocal8Bit().constData(), port, endpoint.options().size());
     std::fflush(stdout);
