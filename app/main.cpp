@@ -119,12 +119,11 @@ int main(int argc, char* argv[])
                                   .arg(parser.value(ticks)));
     }
 
-    QString metricsText;
+    std::optional<ListenAddress> metricsAt;
     if (parser.isSet(metricsOption)) {
-        metricsText = parser.value(metricsOption);
-        const ListenAddress at = parseListenAddress(metricsText);
-        if (!at.error.isEmpty())
-            return usageError(QStringLiteral("--metrics: ") + at.error);
+        metricsAt = parseListenAddress(parser.value(metricsOption));
+        if (!metricsAt->error.isEmpty())
+            return usageError(QStringLiteral("--metrics: ") + metricsAt->error);
     }
 
     LogCommand logCommand;
@@ -210,7 +209,7 @@ int main(int argc, char* argv[])
     const auto withPrint = [&printFailed](int status) { return status == 0 && printFailed ? 1 : status; };
 
     // The metrics endpoint opens once the monitor has started, and goes before it.
-    const MetricsPlan metricsPlan = planMetrics(store, parser.isSet(metricsOption) ? &metricsText : nullptr);
+    const MetricsPlan metricsPlan = planMetrics(store, metricsAt ? &*metricsAt : nullptr);
     std::unique_ptr<MetricsEndpoint> metrics;
 
     if (withWindows) {

@@ -9,7 +9,7 @@
 
 namespace orm {
 
-MetricsPlan planMetrics(const KeyValueStore& store, const QString* option)
+MetricsPlan planMetrics(const KeyValueStore& store, const ListenAddress* option)
 {
     MetricsPlan plan;
     plan.token = store.readValue(SettingsKey, QStringLiteral("MetricsToken"), QString()).trimmed().toUtf8();
@@ -17,11 +17,8 @@ MetricsPlan planMetrics(const KeyValueStore& store, const QString* option)
     QString address = store.readValue(SettingsKey, QStringLiteral("MetricsAddress"), QString()).trimmed();
     if (address.startsWith(QLatin1Char('[')) && address.endsWith(QLatin1Char(']')))
         address = address.mid(1, address.size() - 2);
-    ListenAddress given;
-    if (option)
-        given = parseListenAddress(*option);
-    if (!given.address.isNull()) {
-        plan.address = given.address;
+    if (option && !option->address.isNull()) {
+        plan.address = option->address;
     } else if (address.isEmpty()) {
         plan.address = QHostAddress(QHostAddress::LocalHost);
     } else if (!plan.address.setAddress(address)) {
@@ -31,7 +28,7 @@ MetricsPlan planMetrics(const KeyValueStore& store, const QString* option)
     }
 
     if (option) {
-        plan.port = given.port;
+        plan.port = option->port;
         plan.on = true;
         return plan;
     }
