@@ -141,6 +141,14 @@ signals:
 
 private:
     Node* nodeAt(int graph, int node);
+    // The Node that a transfer's or a test's name points at, beside its
+    // indices; null when the name points at none.
+    struct NamedNode {
+        int graph;
+        int node;
+        Node* n;
+    };
+    NamedNode nodeNamed(std::pair<int, int> at);
     bool shown(int graph, int node) const { return graph == shownGraph && node == shownNode; }
     void tellUrl(int graph, int node, const QString& text, qint32 colour);
     void writeErrorFile(int graph, int node, const QString& target, qint16 number, const QString& description);
