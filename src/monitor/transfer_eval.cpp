@@ -75,8 +75,8 @@ double Transfers::evaluateSpeedTest(Node& node, int graph, int index)
     trace(QStringLiteral("DisplayData VDSERVER"));
     askForSetup();
     if (node.WebsiteBusy) {
-        const QString file = speedTestAddress(m_.Settings.SpeedTestServer, QStringLiteral("/serverdownload.asp"));
-        if (!DownloaderFiles.IsCurrentlyDownloading(file, transferName(graph, index)))
+        // A transfer is known by its name alone: no address is made for the question.
+        if (!DownloaderFiles.IsCurrentlyDownloading(QString(), transferName(graph, index)))
             node.WebsiteDue = true;
         return node.PreviousBandwidth;
     }

@@ -97,7 +97,8 @@ UrlCheck checkWebsiteUrl(const QString& url)
 }
 
 Transfers::Transfers(Monitor& monitor, QString dataDir, const ShareResolver& shares, QObject* parent)
-    : QObject(parent), AsyncCopy(shares, *this), m_(monitor), dataDir_(std::move(dataDir))
+    : QObject(parent), AsyncCopy(shares, *this), m_(monitor), dataDir_(std::move(dataDir)),
+      tempFolder_(QDir(dataDir_).filePath(QStringLiteral("Temp")))
 {
     DownloaderFiles.SaveFiles = false;
     connect(&DownloaderFiles, &Downloader::DownloadStart, this, &Transfers::FileDownloadStart);
@@ -114,7 +115,7 @@ Transfers::~Transfers() = default;
 
 QString Transfers::tempFolder() const
 {
-    return QDir(dataDir_).filePath(QStringLiteral("Temp"));
+    return tempFolder_;
 }
 
 QString Transfers::transferName(int graph, int node) const

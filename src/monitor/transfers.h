@@ -155,6 +155,7 @@ private:
 
     Monitor& m_;
     QString dataDir_;
+    QString tempFolder_;  // asked for on every tick a transfer runs
     double waitCountedAt_ = -1;  // TickCount of the tick whose step 4 last counted the wait
     QTimer tmrAsyncCopy_;
 };
