@@ -105,5 +105,13 @@ int main(int argc, char* argv[])
             node.ProcessMonitoring = self;
         }
     });
+
+    // Logged Website and LAN Nodes that wait for their test: their columns are
+    // named after the address on every line.
+    status |= runSet("logged Website and LAN Nodes", 10, 10, ticks, [&](Node& node, int g, int n) {
+        node.NodeType = n % 2 ? LanType : WebsiteType;
+        node.DownloadURL = n % 2 ? QStringLiteral("\\\\fileserver\\share\\test file %1.bin").arg(g)
+                                 : QStringLiteral("http://speed.example.net/files/test-%1-%2.bin").arg(g).arg(n);
+    });
     return status;
 }

@@ -21,6 +21,34 @@ void appendUtf8(std::string& to, const QString& text)
     }
 }
 
+QString withoutBlanksAndCommas(QString s)
+{
+    s.remove(QLatin1Char(' '));
+    s.remove(QLatin1Char(','));
+    return s;
+}
+
+// A name that goes into a column without its blanks and commas (a Wi-Fi
+// network, a URL in upper case). ASCII goes straight in, as above; anything
+// else takes the long way, which case rules beyond ASCII need.
+void appendWithoutBlanksAndCommas(std::string& to, const QString& text, bool upper)
+{
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80) {
+            appendUtf8(to, withoutBlanksAndCommas(upper ? text.toUpper() : text));
+            return;
+        }
+    }
+    for (const QChar c : text) {
+        char a = char(c.unicode());
+        if (a == ' ' || a == ',')
+            continue;
+        if (upper && a >= 'a' && a <= 'z')
+            a = char(a - 'a' + 'A');
+        to += a;
+    }
+}
+
 // Appends one column and its value, each behind the separator.
 class LineBuilder {
 public:
@@ -37,6 +65,12 @@ public:
     {
         name(base);
         appendUtf8(line_.fields, text);
+    }
+    // The same with blanks and commas left out of the text, and in upper case when `upper`.
+    void cleanName(std::string_view base, const QString& text, bool upper)
+    {
+        name(base);
+        appendWithoutBlanksAndCommas(line_.fields, text, upper);
     }
     void value(double v)
     {
@@ -58,13 +92,6 @@ private:
     char sep_;
     LogLineText& line_;
 };
-
-QString withoutBlanksAndCommas(QString s)
-{
-    s.remove(QLatin1Char(' '));
-    s.remove(QLatin1Char(','));
-    return s;
-}
 
 void addGroups(const LogFlags& flags, const LogInputs& in, LineBuilder& b)
 {
@@ -105,7 +132,7 @@ void addGroups(const LogFlags& flags, const LogInputs& in, LineBuilder& b)
     if (flags.logWifi) {
         // An empty table simply gives no columns.
         for (const WifiLogRow& w : in.wifi) {
-            b.name("WIFI_", withoutBlanksAndCommas(w.SSID));
+            b.cleanName("WIFI_", w.SSID, false);
             b.value(w.Signal);
         }
     }
@@ -150,19 +177,20 @@ void addNodeColumns(const std::vector<Graph>& sensors, const std::vector<double>
             switch (n.NodeType) {
             case WebsiteType:
                 if (n.WebsiteMaster) {
-                    const QString u = logUrlName(n.DownloadURL);
-                    b.name("RESULT_", u);
+                    // The columns are named as logUrlName names the address.
+                    const QString& u = n.DownloadURL;
+                    b.cleanName("RESULT_", u, true);
                     value(n.Bandwidth);
-                    b.name("RTIME_", u);
+                    b.cleanName("RTIME_", u, true);
                     value(n.ResponseTime);
-                    b.name("RCONNECTTIME_", u);
+                    b.cleanName("RCONNECTTIME_", u, true);
                     value(n.ConnectTime);
-                    b.name("RERROR_", u);
+                    b.cleanName("RERROR_", u, true);
                     value(n.ErrorCount);
                 }
                 break;
             case LanType:
-                b.name("RESULT_", logUrlName(n.DownloadURL));
+                b.cleanName("RESULT_", n.DownloadURL, true);
                 value(n.Bandwidth);
                 break;
             case PingType:
