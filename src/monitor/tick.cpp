@@ -131,9 +131,7 @@ void Monitor::TimerData()
     LastTick = TickStart;
 
     auto finish = [this, startedNanoseconds] {
-        if (debugLog().enabled()) {
-            debugLog().leave(QStringLiteral("TimerData"));
-        }
+        debugLog().leave(QStringLiteral("TimerData"));
         endTick(startedNanoseconds);
     };
 
