@@ -106,6 +106,14 @@ int main(int argc, char* argv[])
         }
     });
 
+    // A Processes Node in every Graph beside the system Nodes: the process
+    // folders are listed for the first of them in a tick.
+    status |= runSet("system Nodes and a Processes Node a Graph", 10, 10, ticks, [&](Node& node, int, int n) {
+        node.NodeType = n == 0 ? ProcessesType : system[n];
+        node.CPUNumber = qint16(n % processors);
+        node.DriveMonitoring = QStringLiteral("/");
+    });
+
     // Logged Website and LAN Nodes that wait for their test: their columns are
     // named after the address on every line.
     status |= runSet("logged Website and LAN Nodes", 10, 10, ticks, [&](Node& node, int g, int n) {

@@ -177,6 +177,13 @@ private:
     qint32 retrievalMs_ = 0;  // the total that retrievalText says
     bool unloaded_ = false;
     quint64 linkedProcessGeneration_ = 0;  // the process table's rebuild the Nodes were linked to
+    // The process folders are listed, and a row's working set read, once an
+    // evaluation pass however many Nodes ask. 0 outside a pass: every call reads.
+    bool processReadInPass(quint64& readInPass);
+    quint64 evaluationPass_ = 0;
+    quint64 passCount_ = 0;
+    quint64 processListPass_ = 0;
+    std::vector<quint64> processMemoryPass_;
 };
 
 // The rules shared by several Node types.
