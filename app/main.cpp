@@ -1,5 +1,6 @@
 // ormivane: the monitor. Headless, it runs the tick, the logs and the stop
 // signals without any window.
+#include "console_line.h"
 #include "desktop.h"
 #include "print_option.h"
 #include "run_mode.h"
@@ -28,17 +29,6 @@
 #include <cstdio>
 
 using namespace orm;
-
-namespace {
-
-void printLine(FILE* to, const QString& text)
-{
-    std::fputs(text.toLocal8Bit().constData(), to);
-    std::fputc('\n', to);
-    std::fflush(to);
-}
-
-}  // namespace
 
 int main(int argc, char* argv[])
 {
@@ -113,53 +103,41 @@ int main(int argc, char* argv[])
     QStringList arguments = QCoreApplication::arguments();
     std::optional<PrintRequest> printRequest;
     QString printError;
-    if (!takePrintOption(arguments, printRequest, printError)) {
-        printLine(stderr, QStringLiteral("ormivane: ") + printError);
-        return 2;
-    }
+    if (!takePrintOption(arguments, printRequest, printError))
+        return usageError(printError);
     parser.process(arguments);
     if (parser.isSet(print)) {  // only a form that takePrintOption does not know gets here: --print=G
-        printLine(stderr, QStringLiteral("ormivane: --print takes two values, as in --print 1 graph.pdf"));
-        return 2;
+        return usageError(QStringLiteral("--print takes two values, as in --print 1 graph.pdf"));
     }
 
     long maxTicks = 0;
     if (parser.isSet(ticks)) {
         bool ok = false;
         maxTicks = parser.value(ticks).toLong(&ok);
-        if (!ok || maxTicks < 1) {
-            printLine(stderr, QStringLiteral("ormivane: --ticks needs a whole number above 0, not \"%1\"")
+        if (!ok || maxTicks < 1)
+            return usageError(QStringLiteral("--ticks needs a whole number above 0, not \"%1\"")
                                   .arg(parser.value(ticks)));
-            return 2;
-        }
     }
 
-    QString metricsText;
+    std::optional<ListenAddress> metricsAt;
     if (parser.isSet(metricsOption)) {
-        metricsText = parser.value(metricsOption);
-        const ListenAddress at = parseListenAddress(metricsText);
-        if (!at.error.isEmpty()) {
-            printLine(stderr, QStringLiteral("ormivane: --metrics: ") + at.error);
-            return 2;
-        }
+        metricsAt = parseListenAddress(parser.value(metricsOption));
+        if (!metricsAt->error.isEmpty())
+            return usageError(QStringLiteral("--metrics: ") + metricsAt->error);
     }
 
     LogCommand logCommand;
     const bool isLogCommand = parser.isSet(logHeaders) || parser.isSet(exportLog);
     if (isLogCommand) {
-        if (parser.isSet(logHeaders) && parser.isSet(exportLog)) {
-            printLine(stderr, QStringLiteral("ormivane: --log-headers and --export-log go one at a time"));
-            return 2;
-        }
+        if (parser.isSet(logHeaders) && parser.isSet(exportLog))
+            return usageError(QStringLiteral("--log-headers and --export-log go one at a time"));
         const QString text = parser.value(parser.isSet(logHeaders) ? logHeaders : exportLog);
         bool ok = false;
         logCommand.kind = parser.isSet(logHeaders) ? LogCommand::Headers : LogCommand::Export;
         logCommand.graphNumber = text.toInt(&ok);
         logCommand.redraw = parser.isSet(snapshot);
-        if (!ok || logCommand.graphNumber < 1) {
-            printLine(stderr, QStringLiteral("ormivane: a Graph number counts from 1, not \"%1\"").arg(text));
-            return 2;
-        }
+        if (!ok || logCommand.graphNumber < 1)
+            return usageError(QStringLiteral("a Graph number counts from 1, not \"%1\"").arg(text));
     }
 
     MonitorOptions options;
@@ -169,15 +147,11 @@ int main(int argc, char* argv[])
     const QString configFile = parser.isSet(config) ? parser.value(config) : defaultConfigFile();
 
     // A folder named as the settings file would be made owner-only and then fail every save.
-    if (const QString refused = unusableSettingsPath(configFile); !refused.isEmpty()) {
-        printLine(stderr, QStringLiteral("ormivane: ") + refused);
-        return 2;
-    }
+    if (const QString refused = unusableSettingsPath(configFile); !refused.isEmpty())
+        return usageError(refused);
     // A log command writes nothing but the CSV: it makes no folder.
-    if (!isLogCommand && !QDir().mkpath(options.dataDir)) {
-        printLine(stderr, QStringLiteral("ormivane: cannot create the data folder %1").arg(options.dataDir));
-        return 2;
-    }
+    if (!isLogCommand && !QDir().mkpath(options.dataDir))
+        return usageError(QStringLiteral("cannot create the data folder %1").arg(options.dataDir));
 
     SystemClock clock;
     IniStore store(configFile);
@@ -197,7 +171,7 @@ int main(int argc, char* argv[])
     if (isLogCommand) {
         const int status = runLogCommand(monitor, logCommand, stdout, stderr);
         if (status == 0 && parser.isSet(snapshot) && !saveSnapshots(monitor.GraphForms, parser.value(snapshot))) {
-            printLine(stderr, QStringLiteral("ormivane: cannot save the pictures into %1").arg(parser.value(snapshot)));
+            errorLine(QStringLiteral("cannot save the pictures into %1").arg(parser.value(snapshot)));
             return 1;
         }
         return status;
@@ -207,7 +181,7 @@ int main(int argc, char* argv[])
         const QString folder = parser.value(snapshot);
         monitor.onUnload = [&monitor, folder] {
             if (!saveSnapshots(monitor.GraphForms, folder))
-                printLine(stderr, QStringLiteral("ormivane: cannot save the pictures into %1").arg(folder));
+                errorLine(QStringLiteral("cannot save the pictures into %1").arg(folder));
         };
     }
 
@@ -222,7 +196,7 @@ int main(int argc, char* argv[])
         if (status == printingGraphText())
             return;
         if (!status.isEmpty() && status != lastPrintStatus)
-            printLine(stderr, QStringLiteral("ormivane: ") + status);
+            errorLine(status);
         lastPrintStatus = status;
     });
     alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });
@@ -235,7 +209,7 @@ int main(int argc, char* argv[])
     const auto withPrint = [&printFailed](int status) { return status == 0 && printFailed ? 1 : status; };
 
     // The metrics endpoint opens once the monitor has started, and goes before it.
-    const MetricsPlan metricsPlan = planMetrics(store, parser.isSet(metricsOption) ? &metricsText : nullptr);
+    const MetricsPlan metricsPlan = planMetrics(store, metricsAt ? &*metricsAt : nullptr);
     std::unique_ptr<MetricsEndpoint> metrics;
 
     if (withWindows) {
@@ -269,7 +243,7 @@ int main(int argc, char* argv[])
     app.exec();
 
     if (!monitor.fatalError.isEmpty()) {
-        printLine(stderr, QStringLiteral("ormivane: ") + monitor.fatalError);
+        errorLine(monitor.fatalError);
         return status ? status : 1;
     }
     return withPrint(status);

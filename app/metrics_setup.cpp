@@ -1,33 +1,15 @@
 #include "metrics_setup.h"
 
+#include "console_line.h"
 #include "endpoint/listen_address.h"
 #include "model/settings_store.h"
 #include "model/version.h"
 #include "monitor/metrics_feed.h"
 #include "monitor/monitor.h"
 
-#include <cstdio>
-
 namespace orm {
 
-namespace {
-
-void printLine(FILE* to, const QString& text)
-{
-    std::fputs(text.toLocal8Bit().constData(), to);
-    std::fputc('\n', to);
-    std::fflush(to);
-}
-
-QString hostText(const QHostAddress& address)
-{
-    const QString host = address.toString();
-    return address.protocol() == QAbstractSocket::IPv6Protocol ? QLatin1Char('[') + host + QLatin1Char(']') : host;
-}
-
-}  // namespace
-
-MetricsPlan planMetrics(const KeyValueStore& store, const QString* option)
+MetricsPlan planMetrics(const KeyValueStore& store, const ListenAddress* option)
 {
     MetricsPlan plan;
     plan.token = store.readValue(SettingsKey, QStringLiteral("MetricsToken"), QString()).trimmed().toUtf8();
@@ -35,11 +17,8 @@ MetricsPlan planMetrics(const KeyValueStore& store, const QString* option)
     QString address = store.readValue(SettingsKey, QStringLiteral("MetricsAddress"), QString()).trimmed();
     if (address.startsWith(QLatin1Char('[')) && address.endsWith(QLatin1Char(']')))
         address = address.mid(1, address.size() - 2);
-    ListenAddress given;
-    if (option)
-        given = parseListenAddress(*option);
-    if (!given.address.isNull()) {
-        plan.address = given.address;
+    if (option && !option->address.isNull()) {
+        plan.address = option->address;
     } else if (address.isEmpty()) {
         plan.address = QHostAddress(QHostAddress::LocalHost);
     } else if (!plan.address.setAddress(address)) {
@@ -49,7 +28,7 @@ MetricsPlan planMetrics(const KeyValueStore& store, const QString* option)
     }
 
     if (option) {
-        plan.port = given.port;
+        plan.port = option->port;
         plan.on = true;
         return plan;
     }
@@ -81,7 +60,7 @@ std::unique_ptr<MetricsEndpoint> openMetrics(Monitor& monitor, const MetricsPlan
         [&monitor](QByteArray& out) { writeMetrics(monitor, out); }, plan.token);
     if (!endpoint->listenOn(plan.address, plan.port)) {
         failure = QStringLiteral("The metrics endpoint cannot listen on %1 port %2: %3. %4 runs on without it.")
-                      .arg(hostText(plan.address))
+                      .arg(urlHostText(plan.address))
                       .arg(plan.port)
                       .arg(endpoint->errorString(), QLatin1String(ProductName));
         printLine(stderr, QLatin1String(ProductName) + QStringLiteral(": ") + failure);
@@ -89,7 +68,7 @@ std::unique_ptr<MetricsEndpoint> openMetrics(Monitor& monitor, const MetricsPlan
     }
     monitor.recordHealth();
     printLine(stdout, QStringLiteral("Metrics on http://%1:%2/metrics%3")
-                          .arg(hostText(plan.address))
+                          .arg(urlHostText(plan.address))
                           .arg(endpoint->port())
                           .arg(plan.token.isEmpty() ? QString() : QStringLiteral(" (bearer token required)")));
     return endpoint;

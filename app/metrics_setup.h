@@ -12,6 +12,7 @@ namespace orm {
 
 class KeyValueStore;
 class Monitor;
+struct ListenAddress;
 
 struct MetricsPlan {
     bool on = false;
@@ -22,11 +23,10 @@ struct MetricsPlan {
     QString problem;
 };
 
-// MetricsPort "0" (the default) keeps the endpoint off. `option`, the text of
-// --metrics when it was given (already checked with parseListenAddress), wins
-// over MetricsPort and, when it names an address, over MetricsAddress; its
-// port 0 takes a free port.
-MetricsPlan planMetrics(const KeyValueStore& store, const QString* option);
+// MetricsPort "0" (the default) keeps the endpoint off. `option`, --metrics
+// when it was given, wins over MetricsPort and, when it names an address, over
+// MetricsAddress; its port 0 takes a free port.
+MetricsPlan planMetrics(const KeyValueStore& store, const ListenAddress* option);
 
 // Once the monitor has started: listens as the plan says and turns on the
 // tick's recording. Says on stdout where it listens and on stderr why it

@@ -1,6 +1,8 @@
 #include "speed_test_server.h"
 
+#include "console_line.h"
 #include "model/version.h"
+#include "endpoint/listen_address.h"
 #include "endpoint/speed_test_endpoint.h"
 
 #include <QCommandLineParser>
@@ -9,16 +11,6 @@
 #include <cstdio>
 
 using namespace orm;
-
-namespace {
-
-int fail(const QString& text)
-{
-    std::fputs(("ormivane: " + text + "\n").toLocal8Bit().constData(), stderr);
-    return 2;
-}
-
-}  // namespace
 
 bool wantsSpeedTestServer(int argc, char* argv[])
 {
@@ -50,29 +42,26 @@ int runSpeedTestServer(int argc, char* argv[])
 
     const ListenAddress at = parseListenAddress(parser.value(server));
     if (!at.error.isEmpty())
-        return fail(QStringLiteral("--speedtest-server: ") + at.error);
+        return usageError(QStringLiteral("--speedtest-server: ") + at.error);
 
     QByteArray list = defaultSpeedTestLadder();
     if (parser.isSet(variations)) {
         QFile f(parser.value(variations));
         if (!f.open(QIODevice::ReadOnly))
-            return fail(QStringLiteral("--variations: cannot read %1: %2").arg(f.fileName(), f.errorString()));
+            return usageError(QStringLiteral("--variations: cannot read %1: %2").arg(f.fileName(), f.errorString()));
         list = f.read(DownloadOptionsCap + 1);
     }
     const DownloadOptionsCheck check = checkDownloadOptions(list);
     if (!check.error.isEmpty())
-        return fail(QStringLiteral("--variations %1: %2").arg(parser.value(variations), check.error));
+        return usageError(QStringLiteral("--variations %1: %2").arg(parser.value(variations), check.error));
 
     SpeedTestEndpoint endpoint(list);
     const quint16 port = endpoint.listenAt(at);
     const QHostAddress address = at.address.isNull() ? QHostAddress(QHostAddress::LocalHost) : at.address;
     if (port == 0)
-        return fail(QStringLiteral("cannot listen on %1 port %2").arg(address.toString()).arg(at.port));
-    QString host = address.toString();
-    if (address.protocol() == QAbstractSocket::IPv6Protocol)
-        host = QLatin1Char('[') + host + QLatin1Char(']');
-    std::printf("Speed test endpoint on http://%s:%u/ with %zu sizes\n", host.toLocal8Bit().constData(), port,
-                endpoint.options().size());
+        return usageError(QStringLiteral("cannot listen on %1 port %2").arg(address.toString()).arg(at.port));
+    std::printf("Speed test endpoint on http://%s:%u/ with %zu sizes\n",
+                urlHostText(address).toLocal8Bit().constData(), port, endpoint.options().size());
     std::fflush(stdout);
     return app.exec();
 }

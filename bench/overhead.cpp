@@ -16,10 +16,8 @@
 // /proc/PID/task/*/schedstat, nanoseconds, every thread), the peak RSS (VmHWM)
 // and the ratio to the floor; headless, then the cost of one tick by Node,
 // measured in this process. Prints figures; asserts nothing.
+#include "bench_monitor.h"
 #include "model/catalogue.h"
-#include "model/graph_view.h"
-#include "model/key_value_store.h"
-#include "monitor/monitor.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -264,23 +262,13 @@ double threadMicros()
 // the given types, all logged; no Graph at all for an empty list.
 double tickMicros(const std::vector<int>& types, int ticks)
 {
-    QTemporaryDir dir;
-    SystemClock clock;
-    MemoryStore store;
-    auto sources = SourceSet::forLinux();
-    HistoryViewFactory views;
-    MonitorOptions options;
-    options.dataDir = dir.path();
-    Monitor monitor(options, clock, store, *sources, views);
-    if (!monitor.startUp())
+    BenchMonitor bench;
+    if (!bench.start())
         return 0;
-    monitor.Sensors.clear();
-    monitor.GraphForms.clear();
+    Monitor& monitor = *bench.monitor;
     if (!types.empty()) {
-        monitor.AddSensor(false);
-        Graph& graph = monitor.Sensors.back();
-        graph.Nodes.clear();
-        const int loopback = sources->adapters->slotOfIndex(loopbackIndex().toInt());
+        Graph& graph = bench.addGraph();
+        const int loopback = bench.sources->adapters->slotOfIndex(loopbackIndex().toInt());
         for (size_t n = 0; n < types.size(); ++n) {
             Node node = newNode(int(n));
             node.NodeType = types[n];

@@ -1,12 +1,9 @@
 // The cost of one whole tick (sources, evaluation, log line) over large sets
 // of Nodes. Prints figures; asserts nothing.
-#include "model/graph_view.h"
-#include "model/key_value_store.h"
-#include "monitor/monitor.h"
+#include "bench_monitor.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -41,24 +38,14 @@ Figures measure(Monitor& monitor, int ticks)
 int runSet(const char* title, int graphs, int nodesPerGraph, int ticks,
            const std::function<void(Node&, int graph, int node)>& fill)
 {
-    QTemporaryDir dir;
-    SystemClock clock;
-    MemoryStore store;
-    auto sources = SourceSet::forLinux();
-    HistoryViewFactory views;
-    MonitorOptions options;
-    options.dataDir = dir.path();
-    Monitor monitor(options, clock, store, *sources, views);
-    if (!monitor.startUp()) {
-        std::fprintf(stderr, "start-up failed: %s\n", qPrintable(monitor.startError()));
+    BenchMonitor bench;
+    if (!bench.start()) {
+        std::fprintf(stderr, "start-up failed: %s\n", qPrintable(bench.monitor->startError()));
         return 1;
     }
-    monitor.Sensors.clear();
-    monitor.GraphForms.clear();
+    Monitor& monitor = *bench.monitor;
     for (int g = 0; g < graphs; ++g) {
-        monitor.AddSensor(false);
-        Graph& graph = monitor.Sensors.back();
-        graph.Nodes.clear();
+        Graph& graph = bench.addGraph();
         for (int n = 0; n < nodesPerGraph; ++n) {
             Node node = newNode(n);
             node.LogData = true;
@@ -66,7 +53,7 @@ int runSet(const char* title, int graphs, int nodesPerGraph, int ticks,
             graph.Nodes.push_back(node);
         }
     }
-    ProcessIndexes(monitor.Sensors, *sources->processes);
+    ProcessIndexes(monitor.Sensors, *bench.sources->processes);
 
     const Figures f = measure(monitor, ticks);
     if (!monitor.fatalError.isEmpty()) {
@@ -117,6 +104,22 @@ int main(int argc, char* argv[])
             node.NodeType = ProcessType;
             node.ProcessMonitoring = self;
         }
+    });
+
+    // A Processes Node in every Graph beside the system Nodes: the process
+    // folders are listed for the first of them in a tick.
+    status |= runSet("system Nodes and a Processes Node a Graph", 10, 10, ticks, [&](Node& node, int, int n) {
+        node.NodeType = n == 0 ? ProcessesType : system[n];
+        node.CPUNumber = qint16(n % processors);
+        node.DriveMonitoring = QStringLiteral("/");
+    });
+
+    // Logged Website and LAN Nodes that wait for their test: their columns are
+    // named after the address on every line.
+    status |= runSet("logged Website and LAN Nodes", 10, 10, ticks, [&](Node& node, int g, int n) {
+        node.NodeType = n % 2 ? LanType : WebsiteType;
+        node.DownloadURL = n % 2 ? QStringLiteral("\\\\fileserver\\share\\test file %1.bin").arg(g)
+                                 : QStringLiteral("http://speed.example.net/files/test-%1-%2.bin").arg(g).arg(n);
     });
     return status;
 }

@@ -324,7 +324,9 @@ qint64 clampTimeLength(int box, qint64 value)
 
 double momentNumber(const QDate& date, const QTime& time)
 {
-    return (date.toString(QStringLiteral("yyyyMMdd")) + time.toString(QStringLiteral("HHmmss"))).toDouble();
+    // UTC only so that the fields stay as given: a local time in a clock
+    // change's gap would be moved.
+    return momentNumber(QDateTime(date, time, Qt::UTC));
 }
 
 QDateTime momentDateTime(double moment, const QDateTime& present)

@@ -83,9 +83,7 @@ Node* AlertTester::node(int graph, int nodeIndex) const
 
 void AlertTester::TestAlerts()
 {
-    const bool tracing = debugLog().enabled();
-    if (tracing)
-        debugLog().enter(QStringLiteral("TestAlerts"));
+    debugLog().enter(QStringLiteral("TestAlerts"));
     passMoment_.reset();
     // The size is read again at each step: an action may run the event loop,
     // and the wizard may change the list meanwhile.
@@ -100,8 +98,7 @@ void AlertTester::TestAlerts()
         if (model_.Closing)
             break;
     }
-    if (tracing)
-        debugLog().leave(QStringLiteral("TestAlerts"));
+    debugLog().leave(QStringLiteral("TestAlerts"));
 }
 
 AlertTester::Outcome AlertTester::testAlert(int index)

@@ -32,4 +32,10 @@ ListenAddress parseListenAddress(const QString& text)
     return r;
 }
 
+QString urlHostText(const QHostAddress& address)
+{
+    const QString host = address.toString();
+    return address.protocol() == QAbstractSocket::IPv6Protocol ? QLatin1Char('[') + host + QLatin1Char(']') : host;
+}
+
 }  // namespace orm

@@ -16,4 +16,7 @@ struct ListenAddress {
 // written in brackets; the port is a number from 0 to 65535.
 ListenAddress parseListenAddress(const QString& text);
 
+// An address as it stands in a URL: an IPv6 address in brackets.
+QString urlHostText(const QHostAddress& address);
+
 }  // namespace orm

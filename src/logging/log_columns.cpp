@@ -11,6 +11,33 @@ QString after(const QString& column, const char* prefix)
     return column.mid(int(qstrlen(prefix)));
 }
 
+struct ColumnText {
+    const char* column;
+    const char* text;
+};
+
+// Columns known by their whole name.
+constexpr ColumnText WholeNames[] = {
+    {"SAMPLE_LENGTH_MILLI_S", "Length of Time Elapsed during this sample in mSeconds"},
+    {"SYS_TMR", "System Uptime in mSeconds"},
+    {"MEM_TOT", "Total Memory in bytes"},
+    {"MEM_V_TOT", "Total Virtual Memory in bytes"},
+    {"MEM_P_TOT", "Total Page File size in bytes"},
+    {"MEM_AVA", "Total Available Memory in bytes"},
+    {"MEM_V_AVA", "Total Available Virtual Memory in bytes"},
+    {"MEM_P_AVA", "Total Available Page File size in bytes"},
+    {"PROCS", "Total number of Proccesses running"},
+};
+
+// Columns known by how they begin; what follows names the thing, in brackets.
+constexpr ColumnText Prefixes[] = {
+    {"DISK_FREE_", "Disk Free Space in bytes ("},
+    {"DISK_R_", "Disk Data Read in bytes ("},
+    {"DISK_W_", "Disk Data Written in bytes ("},
+    {"PING_SIZE_", "Size of the Ping Packet in bytes ("},
+    {"PING_RTT_", "Ping Round-Trip Time in mSeconds ("},
+};
+
 }  // namespace
 
 QString logColumnDescription(const QString& column, const LogColumnContext& context)
@@ -28,10 +55,12 @@ QString logColumnDescription(const QString& column, const LogColumnContext& cont
     };
     const auto starts = [&column](const char* prefix) { return column.startsWith(QLatin1String(prefix)); };
 
-    if (column == QLatin1String("SAMPLE_LENGTH_MILLI_S"))
-        return QStringLiteral("Length of Time Elapsed during this sample in mSeconds");
-    if (column == QLatin1String("SYS_TMR"))
-        return QStringLiteral("System Uptime in mSeconds");
+    for (const ColumnText& c : WholeNames)
+        if (column == QLatin1String(c.column))
+            return QLatin1String(c.text);
+    for (const ColumnText& c : Prefixes)
+        if (starts(c.column))
+            return QLatin1String(c.text) + after(column, c.column) + QLatin1Char(')');
     if (starts("ADPT_DN"))
         return QStringLiteral("Download Data Transfer in ") + unit + QStringLiteral(" (") + adapter("ADPT_DN") +
                QLatin1Char(')');
@@ -42,32 +71,8 @@ QString logColumnDescription(const QString& column, const LogColumnContext& cont
         return QStringLiteral("Download Error Packet count (") + adapter("ADPT_ERR_DN") + QLatin1Char(')');
     if (starts("ADPT_ERR_UP"))
         return QStringLiteral("Upload Error Packet count (") + adapter("ADPT_ERR_UP") + QLatin1Char(')');
-    if (column == QLatin1String("MEM_TOT"))
-        return QStringLiteral("Total Memory in bytes");
-    if (column == QLatin1String("MEM_V_TOT"))
-        return QStringLiteral("Total Virtual Memory in bytes");
-    if (column == QLatin1String("MEM_P_TOT"))
-        return QStringLiteral("Total Page File size in bytes");
-    if (column == QLatin1String("MEM_AVA"))
-        return QStringLiteral("Total Available Memory in bytes");
-    if (column == QLatin1String("MEM_V_AVA"))
-        return QStringLiteral("Total Available Virtual Memory in bytes");
-    if (column == QLatin1String("MEM_P_AVA"))
-        return QStringLiteral("Total Available Page File size in bytes");
     if (starts("CPU"))
         return QStringLiteral("Total CPU usage percentage");
-    if (starts("DISK_FREE_"))
-        return QStringLiteral("Disk Free Space in bytes (") + after(column, "DISK_FREE_") + QLatin1Char(')');
-    if (starts("DISK_R_"))
-        return QStringLiteral("Disk Data Read in bytes (") + after(column, "DISK_R_") + QLatin1Char(')');
-    if (starts("DISK_W_"))
-        return QStringLiteral("Disk Data Written in bytes (") + after(column, "DISK_W_") + QLatin1Char(')');
-    if (column == QLatin1String("PROCS"))
-        return QStringLiteral("Total number of Proccesses running");
-    if (starts("PING_SIZE_"))
-        return QStringLiteral("Size of the Ping Packet in bytes (") + after(column, "PING_SIZE_") + QLatin1Char(')');
-    if (starts("PING_RTT_"))
-        return QStringLiteral("Ping Round-Trip Time in mSeconds (") + after(column, "PING_RTT_") + QLatin1Char(')');
     if (starts("RESULT_"))
         return QStringLiteral("Website bandwidth speed in ") + unit + QStringLiteral(" (") + after(column, "RESULT_") +
                QLatin1Char(')');

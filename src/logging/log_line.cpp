@@ -8,6 +8,47 @@ namespace orm {
 
 namespace {
 
+// The names in columns (drives, hosts, processes, URLs) are nearly always
+// ASCII: those go straight in, without a temporary copy each tick.
+void appendUtf8(std::string& to, const QString& text)
+{
+    qsizetype i = 0;
+    for (; i < text.size() && text[i].unicode() < 0x80; ++i)
+        to += char(text[i].unicode());
+    if (i < text.size()) {
+        const QByteArray rest = QStringView(text).mid(i).toUtf8();
+        to.append(rest.constData(), size_t(rest.size()));
+    }
+}
+
+QString withoutBlanksAndCommas(QString s)
+{
+    s.remove(QLatin1Char(' '));
+    s.remove(QLatin1Char(','));
+    return s;
+}
+
+// A name that goes into a column without its blanks and commas (a Wi-Fi
+// network, a URL in upper case). ASCII goes straight in, as above; anything
+// else takes the long way, which case rules beyond ASCII need.
+void appendWithoutBlanksAndCommas(std::string& to, const QString& text, bool upper)
+{
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80) {
+            appendUtf8(to, withoutBlanksAndCommas(upper ? text.toUpper() : text));
+            return;
+        }
+    }
+    for (const QChar c : text) {
+        char a = char(c.unicode());
+        if (a == ' ' || a == ',')
+            continue;
+        if (upper && a >= 'a' && a <= 'z')
+            a = char(a - 'a' + 'A');
+        to += a;
+    }
+}
+
 // Appends one column and its value, each behind the separator.
 class LineBuilder {
 public:
@@ -23,7 +64,13 @@ public:
     void name(std::string_view base, const QString& text)
     {
         name(base);
-        line_.fields += text.toUtf8().toStdString();
+        appendUtf8(line_.fields, text);
+    }
+    // The same with blanks and commas left out of the text, and in upper case when `upper`.
+    void cleanName(std::string_view base, const QString& text, bool upper)
+    {
+        name(base);
+        appendWithoutBlanksAndCommas(line_.fields, text, upper);
     }
     void value(double v)
     {
@@ -45,13 +92,6 @@ private:
     char sep_;
     LogLineText& line_;
 };
-
-QString withoutBlanksAndCommas(QString s)
-{
-    s.remove(QLatin1Char(' '));
-    s.remove(QLatin1Char(','));
-    return s;
-}
 
 void addGroups(const LogFlags& flags, const LogInputs& in, LineBuilder& b)
 {
@@ -92,7 +132,7 @@ void addGroups(const LogFlags& flags, const LogInputs& in, LineBuilder& b)
     if (flags.logWifi) {
         // An empty table simply gives no columns.
         for (const WifiLogRow& w : in.wifi) {
-            b.name("WIFI_", withoutBlanksAndCommas(w.SSID));
+            b.cleanName("WIFI_", w.SSID, false);
             b.value(w.Signal);
         }
     }
@@ -137,19 +177,20 @@ void addNodeColumns(const std::vector<Graph>& sensors, const std::vector<double>
             switch (n.NodeType) {
             case WebsiteType:
                 if (n.WebsiteMaster) {
-                    const QString u = logUrlName(n.DownloadURL);
-                    b.name("RESULT_", u);
+                    // The columns are named as logUrlName names the address.
+                    const QString& u = n.DownloadURL;
+                    b.cleanName("RESULT_", u, true);
                     value(n.Bandwidth);
-                    b.name("RTIME_", u);
+                    b.cleanName("RTIME_", u, true);
                     value(n.ResponseTime);
-                    b.name("RCONNECTTIME_", u);
+                    b.cleanName("RCONNECTTIME_", u, true);
                     value(n.ConnectTime);
-                    b.name("RERROR_", u);
+                    b.cleanName("RERROR_", u, true);
                     value(n.ErrorCount);
                 }
                 break;
             case LanType:
-                b.name("RESULT_", logUrlName(n.DownloadURL));
+                b.cleanName("RESULT_", n.DownloadURL, true);
                 value(n.Bandwidth);
                 break;
             case PingType:

@@ -18,6 +18,15 @@ struct LogFlags {
     std::vector<bool> logDrives;  // indexed as the drive table
     bool logProcesses = false, logProcess = false, logBattery = false, logPing = false,
          logWebsite = false, logTestDownload = false, logWifi = false;
+
+    // Every flag off, with one drive flag per row; the drive list keeps its room.
+    void reset(size_t driveRows)
+    {
+        std::vector<bool> drives = std::move(logDrives);
+        *this = LogFlags{};
+        logDrives = std::move(drives);
+        logDrives.assign(driveRows, false);
+    }
 };
 
 struct AdapterLogRow {

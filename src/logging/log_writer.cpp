@@ -62,8 +62,12 @@ QString LogWriter::logFolder() const
 
 QString LogWriter::fileName(const QDate& day) const
 {
-    return logFolder() + QStringLiteral("/ex") + day.toString(QStringLiteral("yyyyMMdd")) +
-           QStringLiteral(".log");
+    return logFolder() + QLatin1Char('/') + dayFileName(day);
+}
+
+QString LogWriter::dayFileName(const QDate& day)
+{
+    return QStringLiteral("ex") + day.toString(QStringLiteral("yyyyMMdd")) + QStringLiteral(".log");
 }
 
 bool LogWriter::ensureFolder()

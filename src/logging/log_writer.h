@@ -27,6 +27,7 @@ public:
 
     QString logFolder() const;                  // <dataDir>/Logs
     QString fileName(const QDate& day) const;   // <dataDir>/Logs/ex<yyyymmdd>.log
+    static QString dayFileName(const QDate& day);  // ex<yyyymmdd>.log
 
     // Deletes the readers' working copies Logs/ex*.log1 (shut-down).
     static void removeWorkingCopies(const QString& dataDir);

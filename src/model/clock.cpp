@@ -50,37 +50,36 @@ void digits(char*& out, int value, int width)
     out += width;
 }
 
+// A four-digit year or two digits, then two and two, with `separator`
+// between them (none when it is 0).
+int threeNumbers(char* out, int first, int firstWidth, int second, int third, char separator)
+{
+    char* p = out;
+    digits(p, first, firstWidth);
+    if (separator)
+        *p++ = separator;
+    digits(p, second, 2);
+    if (separator)
+        *p++ = separator;
+    digits(p, third, 2);
+    return int(p - out);
+}
+
 }  // namespace
 
 int dateText(const LocalTime& t, char* out)
 {
-    char* p = out;
-    digits(p, t.year, 4);
-    *p++ = '-';
-    digits(p, t.month, 2);
-    *p++ = '-';
-    digits(p, t.day, 2);
-    return int(p - out);
+    return threeNumbers(out, t.year, 4, t.month, t.day, '-');
 }
 
 int timeText(const LocalTime& t, char* out)
 {
-    char* p = out;
-    digits(p, t.hour, 2);
-    *p++ = ':';
-    digits(p, t.minute, 2);
-    *p++ = ':';
-    digits(p, t.second, 2);
-    return int(p - out);
+    return threeNumbers(out, t.hour, 2, t.minute, t.second, ':');
 }
 
 int compactDateText(const LocalTime& t, char* out)
 {
-    char* p = out;
-    digits(p, t.year, 4);
-    digits(p, t.month, 2);
-    digits(p, t.day, 2);
-    return int(p - out);
+    return threeNumbers(out, t.year, 4, t.month, t.day, 0);
 }
 
 qint64 SystemClock::monotonicNanoseconds() const

@@ -51,7 +51,8 @@ void DebugLog::enter(const QString& procedure)
 
 void DebugLog::leave(const QString& procedure)
 {
-    leaveTag(procedure + QStringLiteral(" 2.0"));
+    if (enabled_)  // the tag is made only for the trace: this runs on every tick
+        leaveTag(procedure + QStringLiteral(" 2.0"));
 }
 
 void DebugLog::leaveTag(const QString& tag)

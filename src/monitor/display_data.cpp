@@ -96,7 +96,8 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int graphIndex, int nodeI
         return evaluateAdapterNode(node, seconds);
     case ProcessesType:
         trace(QStringLiteral("DisplayData PROCESSES"));
-        sources_.processes->RefreshProcessList();
+        if (!processReadInPass(processListPass_))
+            sources_.processes->RefreshProcessList();
         return sources_.processes->upperBound();  // one less than the count: kept so
     case ProcessType: {
         trace(QStringLiteral("DisplayData SINGLE_PROCESS"));
@@ -104,7 +105,10 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int graphIndex, int nodeI
         linkProcessNodes();
         if (!linkedToItsProcess(node, table))
             return 0.0;  // never another process's memory
-        table.RefreshProcessMemory(node.ProcessIndex);
+        // A row listed anew since it was read reads again through memoryAt.
+        processMemoryPass_.resize(table.rows().size());
+        if (!processReadInPass(processMemoryPass_[size_t(node.ProcessIndex)]))
+            table.RefreshProcessMemory(node.ProcessIndex);
         return double(table.memoryAt(node.ProcessIndex));
     }
     case BatteryType:
@@ -129,6 +133,14 @@ double Monitor::evaluateNode(Graph& graph, Node& node, int graphIndex, int nodeI
     default:
         return 0.0;
     }
+}
+
+bool Monitor::processReadInPass(quint64& readInPass)
+{
+    if (evaluationPass_ != 0 && readInPass == evaluationPass_)
+        return true;
+    readInPass = evaluationPass_;
+    return false;
 }
 
 // A Process Node's row must hold a process of its name. Rows move with every
@@ -160,7 +172,8 @@ double Monitor::evaluateAdapterNode(Node& node, double seconds)
         trace(QStringLiteral("DisplayData BANDWIDTH"));
         return rateRule(node, a.InOctets + a.OutOctets, seconds);
     case DownloadNodeType:
-        trace(QStringLiteral("DisplayData DOWNLOAD - ") + QString::number(node.AdapterIndex));
+        if (debugLog().enabled())  // the text is made only for the trace
+            debugLog().log(QStringLiteral("DisplayData DOWNLOAD - ") + QString::number(node.AdapterIndex));
         return rateRule(node, a.InOctets, seconds);
     case UploadType:
         trace(QStringLiteral("DisplayData UPLOAD"));
@@ -180,10 +193,11 @@ double Monitor::evaluateAdapterNode(Node& node, double seconds)
 void Monitor::DisplayData()
 {
     debugLog().enter(QStringLiteral("DisplayData"));
+    evaluationPass_ = ++passCount_;
     QString gadgetText;
     QString clockText;  // the time of day, read once a tick when a Graph is due
     bool gadgetDue = false;
-    std::vector<double> values;
+    std::vector<double>& values = graphValues_;
 
     const size_t upper = Sensors.size();
     for (size_t i = 0; i < upper; ++i) {
@@ -234,6 +248,7 @@ void Monitor::DisplayData()
     }
     if (gadgetDue)
         writeGadgetUpdate(gadgetFolder, gadgetText);
+    evaluationPass_ = 0;
     debugLog().leave(QStringLiteral("DisplayData"));
 }
 

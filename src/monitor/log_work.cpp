@@ -58,8 +58,7 @@ LogReadRange LogWork::rangeOf(int graph) const
     const Graph& g = monitor_.Sensors[size_t(graph)];
     LogReadRange range;
     range.logsFolder = monitor_.dataDir() + QStringLiteral("/Logs");
-    range.todayName =
-        QStringLiteral("ex") + monitor_.clock().now().date().toString(QStringLiteral("yyyyMMdd")) + QStringLiteral(".log");
+    range.todayName = LogWriter::dayFileName(monitor_.clock().now().date());
     range.logStart = g.LogStart;
     range.logEnd = g.LogEnd;
     return range;

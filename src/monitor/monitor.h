@@ -168,9 +168,22 @@ private:
     std::unique_ptr<TickHealth> health_;
     QString startError_;
     qint32 tickUptime_ = 0;  // up-time clock at this tick's start (SYS_TMR, uptime Node)
-    LogInputs logInputs_;    // what the log line is made of, refilled each tick
+    // Refilled each tick, so that their lists keep their room: the flags of
+    // what is read and logged, what the log line is made of, and the values
+    // of the Graph being evaluated.
+    TickFlags tickFlags_;
+    LogInputs logInputs_;
+    std::vector<double> graphValues_;
+    qint32 retrievalMs_ = 0;  // the total that retrievalText says
     bool unloaded_ = false;
     quint64 linkedProcessGeneration_ = 0;  // the process table's rebuild the Nodes were linked to
+    // The process folders are listed, and a row's working set read, once an
+    // evaluation pass however many Nodes ask. 0 outside a pass: every call reads.
+    bool processReadInPass(quint64& readInPass);
+    quint64 evaluationPass_ = 0;
+    quint64 passCount_ = 0;
+    quint64 processListPass_ = 0;
+    std::vector<quint64> processMemoryPass_;
 };
 
 // The rules shared by several Node types.

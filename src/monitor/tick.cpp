@@ -131,17 +131,15 @@ void Monitor::TimerData()
     LastTick = TickStart;
 
     auto finish = [this, startedNanoseconds] {
-        if (debugLog().enabled()) {
-            debugLog().leave(QStringLiteral("TimerData"));
-        }
+        debugLog().leave(QStringLiteral("TimerData"));
         endTick(startedNanoseconds);
     };
 
     // 3.
-    TickFlags flags;
+    TickFlags& flags = tickFlags_;
     const size_t driveRows = sources_.drives->DriveTable.size();
-    flags.read.logDrives.assign(driveRows, false);
-    flags.log.logDrives.assign(driveRows, false);
+    flags.read.reset(driveRows);
+    flags.log.reset(driveRows);
     if (Closing)
         return finish();
 
@@ -172,7 +170,11 @@ void Monitor::TimerData()
 
     // 10.
     const qint32 total = tickDiff(clock_.tickCount(), TickStart);
-    retrievalText = QStringLiteral("Data Retrieval Rate = ") + QString::number(total) + QStringLiteral(" mS");
+    // The total is the same whole millisecond tick after tick: the text is made anew only when it changes.
+    if (total != retrievalMs_ || retrievalText.isEmpty()) {
+        retrievalMs_ = total;
+        retrievalText = QStringLiteral("Data Retrieval Rate = ") + QString::number(total) + QStringLiteral(" mS");
+    }
     if (total > 1000)
         retrievalRed = true;
 

@@ -75,8 +75,8 @@ double Transfers::evaluateSpeedTest(Node& node, int graph, int index)
     trace(QStringLiteral("DisplayData VDSERVER"));
     askForSetup();
     if (node.WebsiteBusy) {
-        const QString file = speedTestAddress(m_.Settings.SpeedTestServer, QStringLiteral("/serverdownload.asp"));
-        if (!DownloaderFiles.IsCurrentlyDownloading(file, transferName(graph, index)))
+        // A transfer is known by its name alone: no address is made for the question.
+        if (!DownloaderFiles.IsCurrentlyDownloading(QString(), transferName(graph, index)))
             node.WebsiteDue = true;
         return node.PreviousBandwidth;
     }
@@ -96,14 +96,13 @@ void Transfers::startDueTransfers()
             if (i >= m_.Sensors.size() || j >= m_.Sensors[i].Nodes.size())
                 return;
             Node& n = m_.Sensors[i].Nodes[j];
-            const QString name = transferName(int(i), int(j));
             if (n.NodeType == WebsiteType && n.WebsiteMaster && n.WebsiteDue) {
                 n.PreviousConnectTime = n.ConnectTime;
                 n.TransferConnected = false;
                 n.WebsiteDue = false;
                 n.ConnectTime = m_.clock().tickCount();
                 n.WebsiteBusy = true;
-                DownloaderFiles.BeginDownload(n.DownloadURL, name);
+                DownloaderFiles.BeginDownload(n.DownloadURL, transferName(int(i), int(j)));
             } else if (n.NodeType == SpeedTestType) {
                 askForSetup();
                 if (!n.WebsiteDue)
@@ -115,7 +114,7 @@ void Transfers::startDueTransfers()
                     continue;  // no endpoint named: nothing to fetch
                 n.WebsiteBusy = true;
                 n.TransferConnected = false;
-                DownloaderFiles.BeginDownload(file, name);
+                DownloaderFiles.BeginDownload(file, transferName(int(i), int(j)));
             }
         }
     }

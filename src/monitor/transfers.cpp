@@ -97,7 +97,8 @@ UrlCheck checkWebsiteUrl(const QString& url)
 }
 
 Transfers::Transfers(Monitor& monitor, QString dataDir, const ShareResolver& shares, QObject* parent)
-    : QObject(parent), AsyncCopy(shares, *this), m_(monitor), dataDir_(std::move(dataDir))
+    : QObject(parent), AsyncCopy(shares, *this), m_(monitor), dataDir_(std::move(dataDir)),
+      tempFolder_(QDir(dataDir_).filePath(QStringLiteral("Temp")))
 {
     DownloaderFiles.SaveFiles = false;
     connect(&DownloaderFiles, &Downloader::DownloadStart, this, &Transfers::FileDownloadStart);
@@ -114,7 +115,7 @@ Transfers::~Transfers() = default;
 
 QString Transfers::tempFolder() const
 {
-    return QDir(dataDir_).filePath(QStringLiteral("Temp"));
+    return tempFolder_;
 }
 
 QString Transfers::transferName(int graph, int node) const
@@ -138,6 +139,11 @@ Node* Transfers::nodeAt(int graph, int node)
         return nullptr;
     Graph& g = m_.Sensors[size_t(graph)];
     return node >= 0 && size_t(node) < g.Nodes.size() ? &g.Nodes[size_t(node)] : nullptr;
+}
+
+Transfers::NamedNode Transfers::nodeNamed(std::pair<int, int> at)
+{
+    return {at.first, at.second, nodeAt(at.first, at.second)};
 }
 
 void Transfers::tellUrl(int graph, int node, const QString& text, qint32 colour)
@@ -228,8 +234,7 @@ void Transfers::TestDownloadComplete(double, const QString& name)
         traced.closeWith(QStringLiteral("TestDownloadComplete (Exit variations) 2.0"));
         return;
     }
-    const auto [graph, node] = testIndices(name);
-    Node* n = nodeAt(graph, node);
+    const auto [graph, node, n] = nodeNamed(testIndices(name));
     if (!n)
         return;
     n->WebsiteTested = true;
@@ -255,8 +260,7 @@ void Transfers::TestDownloadError(const QString& name, const QString&, qint16, c
         emit setupFailed(SetupFailedText);
         return;
     }
-    const auto [graph, node] = testIndices(name);
-    Node* n = nodeAt(graph, node);
+    const auto [graph, node, n] = nodeNamed(testIndices(name));
     if (!n)
         return;
     n->WebsiteTested = true;
@@ -279,8 +283,7 @@ void Transfers::FileDownloadStart(const QString& name, qint64)
     if (m_.Closing)
         return;
     Traced traced(QStringLiteral("FileDownloadStart"));
-    const auto [graph, node] = transferIndices(name);
-    Node* n = nodeAt(graph, node);
+    const auto [graph, node, n] = nodeNamed(transferIndices(name));
     if (!n)
         return;
     const qint32 now = m_.clock().tickCount();
@@ -319,8 +322,7 @@ void Transfers::FileDownloadComplete(double size, const QString& name)
     if (m_.Closing)
         return;
     Traced traced(QStringLiteral("FileDownloadComplete"));
-    const auto [graph, node] = transferIndices(name);
-    Node* n = nodeAt(graph, node);
+    const auto [graph, node, n] = nodeNamed(transferIndices(name));
     if (!n)
         return;
     const qint32 elapsed = endTransfer(*n, m_.clock().tickCount());
@@ -336,8 +338,7 @@ void Transfers::FileDownloadError(const QString& name, const QString& target, qi
     if (m_.Closing)
         return;
     Traced traced(QStringLiteral("FileDownloadError"));
-    const auto [graph, node] = transferIndices(name);
-    Node* n = nodeAt(graph, node);
+    const auto [graph, node, n] = nodeNamed(transferIndices(name));
     if (!n)
         return;
     endTransfer(*n, m_.clock().tickCount());  // the Node stays ready: the next due sample tries again

@@ -141,12 +141,21 @@ signals:
 
 private:
     Node* nodeAt(int graph, int node);
+    // The Node that a transfer's or a test's name points at, beside its
+    // indices; null when the name points at none.
+    struct NamedNode {
+        int graph;
+        int node;
+        Node* n;
+    };
+    NamedNode nodeNamed(std::pair<int, int> at);
     bool shown(int graph, int node) const { return graph == shownGraph && node == shownNode; }
     void tellUrl(int graph, int node, const QString& text, qint32 colour);
     void writeErrorFile(int graph, int node, const QString& target, qint16 number, const QString& description);
 
     Monitor& m_;
     QString dataDir_;
+    QString tempFolder_;  // asked for on every tick a transfer runs
     double waitCountedAt_ = -1;  // TickCount of the tick whose step 4 last counted the wait
     QTimer tmrAsyncCopy_;
 };

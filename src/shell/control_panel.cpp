@@ -116,23 +116,15 @@ void ControlPanel::setSensorError(const QString& text)
 
 // ---- structural edits ----
 
-void ControlPanel::addGraph()
+void ControlPanel::addGraph(bool logGraph)
 {
-    monitor_.AddSensor(false);
+    monitor_.AddSensor(logGraph);
     const int graph = int(monitor_.Sensors.size()) - 1;
     windows_.added(graph);
     rebuildTree();
     selectRow(graph, -1);
-}
-
-void ControlPanel::addLogGraph()
-{
-    monitor_.AddSensor(true);
-    const int graph = int(monitor_.Sensors.size()) - 1;
-    windows_.added(graph);
-    rebuildTree();
-    selectRow(graph, -1);
-    logViewer_->work().RefreshLogHeaders(graph);
+    if (logGraph)
+        logViewer_->work().RefreshLogHeaders(graph);
 }
 
 void ControlPanel::graphsReshaped(bool graphsMoved)

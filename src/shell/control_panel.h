@@ -62,9 +62,9 @@ public:
     void setPrompts(EditPrompts* prompts) { prompts_ = prompts; }
 
     // The four structural edits and the type-free ones of the tree menu.
-    void addGraph();
-    // imgViewLogs: a new Log Graph, its columns read at once.
-    void addLogGraph();
+    // A new Graph, or with imgViewLogs a new Log Graph, its columns read at once.
+    void addGraph(bool logGraph = false);
+    void addLogGraph() { addGraph(true); }
     void addNode(int graph);
     void deleteNode(int graph, int node);
     void deleteGraph(int graph);
