@@ -102,7 +102,9 @@ void Transfers::startDueTransfers()
                 n.WebsiteDue = false;
                 n.ConnectTime = m_.clock().tickCount();
                 n.WebsiteBusy = true;
-                DownloaderFiles.BeginDownload(n.DownloadURL, transferName(int(i), int(j)));
+                const QString name = transferName(int(i), int(j));
+                fineMarks_[name] = {m_.clock().monotonicNanoseconds(), 0};
+                DownloaderFiles.BeginDownload(n.DownloadURL, name);
             } else if (n.NodeType == SpeedTestType) {
                 askForSetup();
                 if (!n.WebsiteDue)
@@ -114,7 +116,9 @@ void Transfers::startDueTransfers()
                     continue;  // no endpoint named: nothing to fetch
                 n.WebsiteBusy = true;
                 n.TransferConnected = false;
-                DownloaderFiles.BeginDownload(file, transferName(int(i), int(j)));
+                const QString name = transferName(int(i), int(j));
+                fineMarks_[name] = {m_.clock().monotonicNanoseconds(), 0};
+                DownloaderFiles.BeginDownload(file, name);
             }
         }
     }

@@ -291,28 +291,50 @@ void Transfers::FileDownloadStart(const QString& name, qint64)
     n->PreviousBandwidth = n->Bandwidth;
     n->Bandwidth = 0;
     n->TransferStart = now;
+    fineMarks_[name].startNs = m_.clock().monotonicNanoseconds();
     n->TransferConnected = true;
     n->WebsiteBusy = true;
 }
 
 namespace {
 
+struct TransferTime {
+    qint32 ms = 0;        // whole milliseconds, as ResponseTime shows them
+    double seconds = 0;   // what the bandwidth divides by
+};
+
 // The end of a measured transfer, good or not: the ms it took, from its first
 // byte, or from the request when the start never came (and then the connect
 // time goes back to the one before), go into ResponseTime, 1 for none.
-qint32 endTransfer(Node& n, qint32 now)
+template <typename Marks>
+TransferTime endTransfer(Node& n, const Clock& clock, const Marks& marks)
 {
-    qint32 elapsed = 0;
+    const qint32 now = clock.tickCount();
+    const qint64 nowNs = clock.monotonicNanoseconds();
+    TransferTime t;
+    qint64 spanNs = 0;
     if (n.TransferConnected) {
-        elapsed = tickDiff(now, qint32(qint64(n.TransferStart)));
+        t.ms = tickDiff(now, qint32(qint64(n.TransferStart)));
+        spanNs = nowNs - marks.startNs;
     } else {
-        elapsed = tickDiff(now, qint32(qint64(n.ConnectTime)));
+        t.ms = tickDiff(now, qint32(qint64(n.ConnectTime)));
+        spanNs = nowNs - marks.requestNs;
         n.ConnectTime = n.PreviousConnectTime;
     }
-    n.ResponseTime = elapsed == 0 ? 1 : elapsed;
+    n.ResponseTime = t.ms == 0 ? 1 : t.ms;
     n.WebsiteBusy = false;
     n.TransferConnected = false;
-    return elapsed;
+    // The finer span where it agrees with the whole milliseconds; marks of
+    // another moment (fields set by hand, a clock with no finer reading) leave
+    // the whole ones.
+    const double spanMs = double(spanNs) / 1e6;
+    if (t.ms == 0)
+        t.seconds = 0.010;  // a transfer under a millisecond counts as 10 ms
+    else if (spanNs > 0 && std::abs(spanMs - t.ms) <= 1.0)
+        t.seconds = spanMs / 1000.0;
+    else
+        t.seconds = t.ms / 1000.0;
+    return t;
 }
 
 }  // namespace
@@ -325,9 +347,9 @@ void Transfers::FileDownloadComplete(double size, const QString& name)
     const auto [graph, node, n] = nodeNamed(transferIndices(name));
     if (!n)
         return;
-    const qint32 elapsed = endTransfer(*n, m_.clock().tickCount());
-    const double seconds = (elapsed == 0 ? 10 : elapsed) / 1000.0;
-    n->Bandwidth = roundedTo2(size / seconds);
+    const FineMarks marks = fineMarks_[name];
+    fineMarks_.erase(name);
+    n->Bandwidth = roundedTo2(size / endTransfer(*n, m_.clock(), marks).seconds);
     if (n->NodeType == SpeedTestType)
         emit speedTestEnded();
 }
@@ -341,9 +363,10 @@ void Transfers::FileDownloadError(const QString& name, const QString& target, qi
     const auto [graph, node, n] = nodeNamed(transferIndices(name));
     if (!n)
         return;
-    endTransfer(*n, m_.clock().tickCount());  // the Node stays ready: the next due sample tries again
+    endTransfer(*n, m_.clock(), fineMarks_[name]);  // the Node stays ready: the next due sample tries again
     n->ErrorCount += 1;
     n->Bandwidth = 0;
+    fineMarks_.erase(name);
     writeErrorFile(graph, node, target, number, description);
     if (!AsyncCopy.AsyncCopyIsTest)
         tellUrl(graph, node, DownloadErrorText, UrlBadColour);

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTcpServer>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace orm::test;
@@ -23,15 +24,12 @@ QCoreApplication& app()
     return instance;
 }
 
-// The speed of all the fetches taken together (the harmonic mean): a Node
-// times its transfers in whole milliseconds, a few of them to a 10 MB file,
-// and the sum of those times is as exact as the clock, one of them is not.
-double overall(const std::vector<double>& speeds)
+// A single loopback fetch of some 30 ms strays with whatever else the machine
+// does at that moment; the middle one of several does not.
+double median(std::vector<double> v)
 {
-    double seconds = 0;
-    for (double s : speeds)
-        seconds += s > 0 ? 1.0 / s : 0;
-    return seconds > 0 ? double(speeds.size()) / seconds : 0;
+    std::sort(v.begin(), v.end());
+    return v.empty() ? 0 : v.size() % 2 ? v[v.size() / 2] : (v[v.size() / 2 - 1] + v[v.size() / 2]) / 2;
 }
 
 // curl's own figure for one fetch, in bytes a second.
@@ -154,16 +152,16 @@ TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
     const std::vector<double> website = measured(QStringLiteral("RESULT_") + file.toUpper(), 3, 4);
     ASSERT_GE(speed.size(), 5u);
     ASSERT_GE(website.size(), 7u);
-    // The figures are printed for the record: how close a Node comes to curl
-    // is what bench/transfer_bench measures, and on a loaded machine single
-    // runs stray by tens of percent. The check catches a wrong unit, clock or
-    // byte count, each off by far more than a factor of two.
-    const double reference = overall(curl);
+    // The figures are printed for the record: a Node times the transfer it
+    // makes, and Qt's client, reading on a thread of its own, gets 0.75 to 1.05
+    // of what curl gets from this endpoint on two cores. The band catches a wrong
+    // unit, clock or byte count and leaves room for a loaded machine.
+    const double reference = median(curl);
     std::printf("curl %.0f B/s, Speed Test %.0f B/s (%.3f of curl), Website %.0f B/s (%.3f of curl)\n", reference,
-                overall(speed), overall(speed) / reference, overall(website), overall(website) / reference);
-    for (const double node : {overall(speed), overall(website)}) {
-        EXPECT_GT(node, reference / 2);
-        EXPECT_LT(node, reference * 2);
+                median(speed), median(speed) / reference, median(website), median(website) / reference);
+    for (const double node : {median(speed), median(website)}) {
+        EXPECT_GT(node, reference * 0.6);
+        EXPECT_LT(node, reference * 1.5);
     }
 
     // The missing file: 0 on every sample, one more error each, one line each in the error file.
