@@ -1,4 +1,5 @@
 #include "shell/default_printer.h"
+#include "shell/graph_printer.h"
 
 #include "model/version.h"
 
@@ -102,4 +103,12 @@ void DefaultPrinterJob::end(const QString& error)
         deleteLater();
 }
 
+PrintTarget* newDefaultPrinterJob(QObject* jobs)
+{
+    return new DefaultPrinterJob(jobs);
+}
+
 }  // namespace orm
+
+// Its meta-object goes with it, so that only a binary that prints links it.
+#include "moc_default_printer.cpp"
