@@ -16,7 +16,7 @@
 #include "monitor/monitor_loop.h"
 #include "model/paths.h"
 #include "model/version.h"
-#include "shell/logind_power.h"
+#include "shell/module_power.h"
 #include "shell/module_sound.h"
 #include "shell/program_alert_host.h"
 
@@ -206,7 +206,7 @@ int main(int argc, char* argv[])
     }
 
     // The Alerts' actions: restart and shut-down through logind on the system bus.
-    LogindPower power(QDBusConnection::systemBus(), true);
+    ModulePower power;
     ModuleSound sound;
     ProgramAlertHost alertHost(power, sound);
     bool printFailed = false;

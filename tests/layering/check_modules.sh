@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The GUI libraries stay in the modules: the executable links none, and the
-# drawing module neither the sound nor the print support, which have modules
-# of their own. An install finds its modules: the installed executable draws.
+# The GUI libraries stay in the modules: the executable links none (nor Qt
+# DBus), and the drawing module neither the sound nor the print support, which
+# have modules of their own. An install finds its modules: the installed executable draws.
 #
 #   check_modules.sh EXECUTABLE DRAWING_MODULE BUILD_DIR
 set -u
@@ -22,7 +22,7 @@ refuse() {  # refuse BINARY LIBRARY-PATTERN...
         done
     done
 }
-refuse "$exe" 'libQt6Gui*' 'libQt6Widgets*' 'libQt6Multimedia*' 'libQt6PrintSupport*'
+refuse "$exe" 'libQt6Gui*' 'libQt6Widgets*' 'libQt6Multimedia*' 'libQt6PrintSupport*' 'libQt6DBus*'
 refuse "$drawing" 'libQt6Multimedia*' 'libQt6PrintSupport*'
 
 prefix=$(mktemp -d)
