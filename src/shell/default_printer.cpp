@@ -109,6 +109,3 @@ PrintTarget* newDefaultPrinterJob(QObject* jobs)
 }
 
 }  // namespace orm
-
-// Its meta-object goes with it, so that only a binary that prints links it.
-#include "moc_default_printer.cpp"
