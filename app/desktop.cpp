@@ -164,7 +164,7 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
     ControlPanel panel(monitor, windows);
     actions.setPanel(&panel);
     views.setStatus([&panel](const QString& text) { panel.showStatus(text); });
-    GraphPrinter printer(monitor, [&panel](const QString& text) { panel.showStatus(text); });
+    GraphPrinter printer(monitor, [&panel](const QString& text) { panel.showStatus(text); }, printerModuleJobs());
     printer.setWindows(&windows);
     actions.setPrinter(&printer);
     alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });

@@ -1,29 +1,27 @@
 // ormivane: the monitor. Headless, it runs the tick, the logs and the stop
 // signals without any window.
 #include "console_line.h"
-#include "desktop.h"
+#include "drawing.h"
 #include "print_option.h"
 #include "run_mode.h"
 #include "speed_test_server.h"
 #include "metrics_setup.h"
 #include "endpoint/listen_address.h"
-#include "display/displayed_graph.h"
+#include "display/graph_history.h"
 #include "model/ini_file_care.h"
+#include "model/module_library.h"
 #include "model/ini_store.h"
 #include "monitor/log_commands.h"
 #include "monitor/monitor.h"
 #include "monitor/monitor_loop.h"
 #include "model/paths.h"
 #include "model/version.h"
-#include "shell/alert_sound.h"
-#include "shell/graph_printer.h"
-#include "shell/logind_power.h"
+#include "shell/module_power.h"
+#include "shell/module_sound.h"
 #include "shell/program_alert_host.h"
 
 #include <QCommandLineParser>
-#include <QApplication>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <cstdio>
@@ -35,20 +33,26 @@ int main(int argc, char* argv[])
     if (wantsSpeedTestServer(argc, argv))
         return runSpeedTestServer(argc, argv);
     // Drawing needs a GUI application even without windows (the pictures, the
-    // printed page): they are drawn off-screen then. A run that draws nothing
-    // loads no platform plugin and no fonts.
+    // printed page): they are drawn off-screen then, by the drawing module. A
+    // run that draws nothing loads neither it nor any GUI library, platform
+    // plugin or font.
     const RunMode mode = runMode(argc, argv);
     const bool withWindows = mode == RunMode::Windows;
+    std::optional<ModuleLibrary> drawingModule;
+    std::unique_ptr<Drawing> drawing;
+    if (mode != RunMode::Counting) {
+        drawingModule.emplace("ormivane_drawing");
+        auto* make = drawingModule->function<NewDrawing>(NewDrawingEntry);
+        if (!make) {
+            std::fprintf(stderr, "ormivane: cannot draw: %s\n", qPrintable(drawingModule->error()));
+            return 1;
+        }
+        drawing.reset(make());
+    }
     if (mode == RunMode::Drawing && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    std::unique_ptr<QCoreApplication> application;
-    if (withWindows)
-        application = std::make_unique<QApplication>(argc, argv);
-    else if (mode == RunMode::Drawing)
-        application = std::make_unique<QGuiApplication>(argc, argv);
-    else
-        application = std::make_unique<QCoreApplication>(argc, argv);
-    QCoreApplication& app = *application;
+    std::optional<QCoreApplication> counting;
+    QCoreApplication& app = drawing ? drawing->application(argc, argv, withWindows) : counting.emplace(argc, argv);
     QCoreApplication::setApplicationName(QString::fromLatin1(ProductName));
     QCoreApplication::setOrganizationName(QString::fromLatin1(CompanyName));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORMIVANE_VERSION));
@@ -160,17 +164,17 @@ int main(int argc, char* argv[])
     // The desktop draws a Graph's picture while its window can be seen, unless
     // pictures are saved or printed at exit; without windows, every tick or never.
     const bool picturesAtExit = parser.isSet(snapshot) || printRequest;
-    DisplayedGraphFactory pictures(options.commandLine, options.dataDir,
-                                   withWindows && !picturesAtExit ? Pictures::WhenSeen : Pictures::Always);
     GraphHistoryFactory histories(options.commandLine);
-    GraphViewFactory& views = mode == RunMode::Counting ? static_cast<GraphViewFactory&>(histories) : pictures;
+    GraphViewFactory& views =
+        drawing ? drawing->views(options.commandLine, options.dataDir, withWindows && !picturesAtExit) : histories;
     Monitor monitor(options, clock, store, *sources, views);
-    pictures.bind(monitor.Sensors);
+    if (drawing)
+        drawing->bind(monitor.Sensors);
     histories.bind(monitor.Sensors);
 
     if (isLogCommand) {
         const int status = runLogCommand(monitor, logCommand, stdout, stderr);
-        if (status == 0 && parser.isSet(snapshot) && !saveSnapshots(monitor.GraphForms, parser.value(snapshot))) {
+        if (status == 0 && parser.isSet(snapshot) && !drawing->saveSnapshots(monitor, parser.value(snapshot))) {
             errorLine(QStringLiteral("cannot save the pictures into %1").arg(parser.value(snapshot)));
             return 1;
         }
@@ -179,32 +183,21 @@ int main(int argc, char* argv[])
 
     if (parser.isSet(snapshot)) {
         const QString folder = parser.value(snapshot);
-        monitor.onUnload = [&monitor, folder] {
-            if (!saveSnapshots(monitor.GraphForms, folder))
+        monitor.onUnload = [&monitor, &drawing, folder] {
+            if (!drawing->saveSnapshots(monitor, folder))
                 errorLine(QStringLiteral("cannot save the pictures into %1").arg(folder));
         };
     }
 
     // The Alerts' actions: restart and shut-down through logind on the system bus.
-    LogindPower power(QDBusConnection::systemBus(), true);
-    AlertSound sound;
+    ModulePower power;
+    ModuleSound sound;
     ProgramAlertHost alertHost(power, sound);
-    // Without windows the Alerts print on the default printer and say on standard error when they
-    // cannot. A rule prints on every tick it holds: the same failure is told once.
-    QString lastPrintStatus;
-    GraphPrinter printer(monitor, [&lastPrintStatus](const QString& status) {
-        if (status == printingGraphText())
-            return;
-        if (!status.isEmpty() && status != lastPrintStatus)
-            errorLine(status);
-        lastPrintStatus = status;
-    });
-    alertHost.setPrinter([&printer](int graph) { printer.printGraph(graph); });
+    bool printFailed = false;
+    if (drawing)
+        drawing->serveAlerts(monitor, alertHost, printRequest, printFailed);
     monitor.alertTester.setHost(&alertHost);
 
-    bool printFailed = false;
-    if (printRequest)
-        printAtUnload(monitor, printer, *printRequest, printFailed);
     // A page that could not be printed fails the run, so that a script can tell.
     const auto withPrint = [&printFailed](int status) { return status == 0 && printFailed ? 1 : status; };
 
@@ -213,7 +206,7 @@ int main(int argc, char* argv[])
     std::unique_ptr<MetricsEndpoint> metrics;
 
     if (withWindows) {
-        return withPrint(runDesktop(monitor, store, pictures, maxTicks, alertHost, [&] {
+        return withPrint(drawing->runDesktop(monitor, store, maxTicks, alertHost, [&] {
             QString failure;
             metrics = openMetrics(monitor, metricsPlan, failure);
             if (!failure.isEmpty())

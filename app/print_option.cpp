@@ -1,10 +1,5 @@
 #include "print_option.h"
 
-#include "monitor/monitor.h"
-#include "shell/graph_printer.h"
-
-#include <cstdio>
-
 namespace orm {
 
 bool takePrintOption(QStringList& arguments, std::optional<PrintRequest>& request, QString& error)
@@ -32,23 +27,6 @@ bool takePrintOption(QStringList& arguments, std::optional<PrintRequest>& reques
         return true;
     }
     return true;
-}
-
-void printAtUnload(Monitor& monitor, GraphPrinter& printer, const PrintRequest& request, bool& failed)
-{
-    auto previous = monitor.onUnload;
-    monitor.onUnload = [&printer, &failed, request, previous] {
-        if (previous)
-            previous();
-        const PrintResult result = printer.printGraphToPdf(request.graph - 1, request.file);
-        QString error = result.error;
-        if (result.outcome == PrintResult::NotPrintable)
-            error = QStringLiteral("Graph %1 is not a Line or Bar Graph: only those print").arg(request.graph);
-        if (error.isEmpty())
-            return;
-        std::fprintf(stderr, "ormivane: %s\n", qPrintable(error));
-        failed = true;
-    };
 }
 
 }  // namespace orm

@@ -8,9 +8,6 @@
 
 namespace orm {
 
-class GraphPrinter;
-class Monitor;
-
 struct PrintRequest {
     int graph = 0;  // from 1
     QString file;
@@ -20,10 +17,5 @@ struct PrintRequest {
 // usual. False, with `error` said, when the option is there but incomplete or G
 // is not a whole number above 0.
 bool takePrintOption(QStringList& arguments, std::optional<PrintRequest>& request, QString& error);
-
-// Prints as the monitor unloads, after whatever it did there before, while
-// every view still stands. A page that could not be written is told on
-// standard error and sets `failed`.
-void printAtUnload(Monitor& monitor, GraphPrinter& printer, const PrintRequest& request, bool& failed);
 
 }  // namespace orm

@@ -1,4 +1,5 @@
 #include "shell/default_printer.h"
+#include "shell/graph_printer.h"
 
 #include "model/version.h"
 
@@ -100,6 +101,11 @@ void DefaultPrinterJob::end(const QString& error)
     done(error);
     if (!closing_)
         deleteLater();
+}
+
+PrintTarget* newDefaultPrinterJob(QObject* jobs)
+{
+    return new DefaultPrinterJob(jobs);
 }
 
 }  // namespace orm

@@ -21,9 +21,9 @@ namespace orm {
 QString noPrinterText();
 
 // One document for the default printer; it deletes itself once the queue has
-// answered.
+// answered. It has no meta-object of its own: the folder's shared one would
+// link the print support into every binary that holds any window.
 class DefaultPrinterJob final : public QObject, public PrintTarget {
-    Q_OBJECT
 public:
     // How long lp may take before the job counts as failed.
     static constexpr int AnswerSeconds = 60;

@@ -6,17 +6,28 @@
 #include "display/print_graph.h"
 
 #include <QObject>
+#include <functional>
 
 namespace orm {
 
 class GraphWindows;
 class Monitor;
 
+// Makes a document for the default printer, a child of `jobs`; it deletes
+// itself once the queue has answered.
+using NewPrintJob = std::function<PrintTarget*(QObject* jobs)>;
+// The job of shell/default_printer, linked in with Qt's print support.
+PrintTarget* newDefaultPrinterJob(QObject* jobs);
+// The same job from the printer module, loaded when the first page prints, so
+// that a run that never prints maps no print support. A module that cannot be
+// loaded gives a job that fails, saying why.
+NewPrintJob printerModuleJobs();
+
 class GraphPrinter {
 public:
     // `status` is the control panel's status label (printing texts and errors);
     // it may be empty.
-    explicit GraphPrinter(Monitor& monitor, PrintStatus status = {});
+    explicit GraphPrinter(Monitor& monitor, PrintStatus status = {}, NewPrintJob newJob = newDefaultPrinterJob);
 
     // The windows, so that a window shows the picture it prints (the
     // cross-hair goes); none when headless.
@@ -38,6 +49,7 @@ private:
 
     Monitor& monitor_;
     PrintStatus status_;
+    NewPrintJob newJob_;
     GraphWindows* windows_ = nullptr;
     QObject jobs_;  // the printer jobs still waiting for the queue's answer
 };

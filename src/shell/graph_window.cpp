@@ -66,19 +66,16 @@ GraphWindow::GraphWindow(Monitor& monitor, int graphIndex, DisplayedGraph* pictu
     setCaptions();
     placeLabels();
 
-    tmrMouseFocus_.setInterval(100);
     tmrHotFade_.setInterval(10);
     tmrOpenFade_.setInterval(10);
     saveTimer_.setSingleShot(true);
     saveTimer_.setInterval(SaveDelayMs);
-    connect(&tmrMouseFocus_, &QTimer::timeout, this, [this] { mouseFocusTick(QCursor::pos()); });
     connect(&tmrHotFade_, &QTimer::timeout, this, &GraphWindow::hotFadeTick);
     connect(&tmrOpenFade_, &QTimer::timeout, this, &GraphWindow::openingFadeTick);
     connect(&saveTimer_, &QTimer::timeout, this, [this] {
         if (save_)
             save_();
     });
-    tmrMouseFocus_.start();
 }
 
 GraphWindow::~GraphWindow() = default;
@@ -356,9 +353,22 @@ void GraphWindow::mousePressEvent(QMouseEvent* event)
     dragOffset_ = event->globalPosition().toPoint() - pos();
 }
 
+void GraphWindow::enterEvent(QEnterEvent* event)
+{
+    mouseFocusTick(event->globalPosition().toPoint());
+    QWidget::enterEvent(event);
+}
+
+void GraphWindow::leaveEvent(QEvent* event)
+{
+    mouseFocusTick(QCursor::pos());
+    QWidget::leaveEvent(event);
+}
+
 void GraphWindow::mouseMoveEvent(QMouseEvent* event)
 {
     const QPoint global = event->globalPosition().toPoint();
+    mouseFocusTick(global);
     if (resizing_) {
         resize(std::max(global.x() - x(), minimumWidth()), std::max(global.y() - y(), minimumHeight()));
         return;

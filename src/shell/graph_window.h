@@ -7,6 +7,7 @@
 #include "display/cross_hair.h"
 #include "display/line_painter.h"
 
+#include <QEnterEvent>
 #include <QImage>
 #include <QRegion>
 #include <QTimer>
@@ -37,7 +38,7 @@ public:
     // One step; false once `opacity` has been reached.
     bool openingStep();
 
-    // tmrMouseFocus with the cursor inside or outside the window. True when
+    // The pointer came inside the window or left it. True when
     // the hover fade is to be started now. Nothing happens at opacity 255.
     bool mouseFocus(bool inside, bool hotFadeRunning);
     // tmrHotFade: one step of 10 towards 255 or back to `opacity`; false when
@@ -99,9 +100,9 @@ public:
     // Opacity: the timers' bodies, public so they can be stepped directly.
     const WindowFade& fade() const { return fade_; }
     void openingFadeTick();
+    // The pointer at `cursor` (screen pixels): entered, moved or left.
     void mouseFocusTick(QPoint cursor);
     void hotFadeTick();
-    QTimer& mouseFocusTimer() { return tmrMouseFocus_; }
     QTimer& hotFadeTimer() { return tmrHotFade_; }
     QTimer& openingFadeTimer() { return tmrOpenFade_; }
 
@@ -121,6 +122,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    // The hover fade follows the pointer in and out, without polling it.
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
@@ -168,7 +172,6 @@ private:
     QRegion frameRegion_, gridRegion_, legendRegion_;
 
     WindowFade fade_;
-    QTimer tmrMouseFocus_;
     QTimer tmrHotFade_;
     QTimer tmrOpenFade_;
     QTimer saveTimer_;

@@ -7,6 +7,8 @@
 #include "display/displayed_graph.h"
 #include "display/window_shape.h"
 
+#include <QCursor>
+
 namespace orm {
 
 namespace {
@@ -86,8 +88,12 @@ void GraphWindow::startOpeningFade()
 
 void GraphWindow::openingFadeTick()
 {
-    if (!fade_.openingStep())
+    if (!fade_.openingStep()) {
         tmrOpenFade_.stop();
+        // A pointer that came in while the window opened is seen now.
+        if (underMouse())
+            mouseFocusTick(QCursor::pos());
+    }
     applyAlpha();
 }
 

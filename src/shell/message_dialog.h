@@ -2,6 +2,8 @@
 // a question has Yes and No and answers No by itself after 60 seconds.
 #pragma once
 
+#include "shell/message_state.h"
+
 #include <QList>
 #include <QPixmap>
 #include <QRect>
@@ -17,40 +19,6 @@ namespace orm {
 
 class ProgressBar;
 
-inline constexpr int AnswerYes = 6;
-inline constexpr int AnswerNo = 7;
-// tmrTimeOut fires once a second; the 60th firing answers No.
-inline constexpr int TimeOutInterval = 1000;
-inline constexpr int TimeOutLimit = 60;
-
-// Everything the dialog decides, without a window, so it can be driven tick by tick.
-class MessageState {
-public:
-    // ShowMessage's rules. False when a held question drops the call.
-    bool show(const QString& text, bool timed, bool hold, bool graphical);
-    // One tmrTimeOut firing; true when it was the last and the question ended as No.
-    bool timeOutTick();
-    // cmdYes / cmdNo: the question ends with that answer.
-    void answerWith(int answer);
-    // cmdOk: the notice is gone.
-    void ok();
-
-    bool Held = false;
-    bool AwaitingAnswer = false;
-    int Answer = 0;
-    int TimeOutTicks = 0;
-    bool timerRunning = false;
-    bool timed = false;          // Yes and No, and the count-down bar
-    int graphicalIndex = -1;     // the picture shown, -1 for the text
-    QString caption;             // lblTxt, lines ending in CR LF
-    bool visible = false;        // the form is loaded and meant to be on screen
-    // Called wherever the dialog closes: stops an Alert's looping sound.
-    std::function<void()> stopSound;
-
-private:
-    void finish(int answer);
-};
-
 // Places of the controls in twips; the title bar and frame belong to the window manager.
 struct MessageLayout {
     QRect label, ok, yes, no, progress;
@@ -60,23 +28,23 @@ MessageLayout messageLayout(const QRect& labelTwips, const QSize& buttonTwips);
 
 inline constexpr int TwipsPerPixel = 15;
 
-class MessageDialog : public QWidget {
+class MessageDialog : public QWidget, public NoticeWindow {
     Q_OBJECT
 public:
     explicit MessageDialog(QWidget* parent = nullptr);
 
     // Shows a notice (timed false) or a question (timed true); hold locks the window
     // to the question. With graphical the text is the number of the picture to show.
-    void ShowMessage(const QString& text, bool timed, bool hold, bool graphical);
+    void ShowMessage(const QString& text, bool timed, bool hold, bool graphical) override;
 
-    bool AwaitingAnswer() const { return state_.AwaitingAnswer; }
-    int Answer() const { return state_.Answer; }
+    bool AwaitingAnswer() const override { return state_.AwaitingAnswer; }
+    int Answer() const override { return state_.Answer; }
     bool Held() const { return state_.Held; }
     int TimeOutTicks() const { return state_.TimeOutTicks; }
     QString text() const { return state_.caption; }
     const MessageState& state() const { return state_; }
 
-    void setStopSound(std::function<void()> stop) { state_.stopSound = std::move(stop); }
+    void setStopSound(std::function<void()> stop) override { state_.stopSound = std::move(stop); }
     // imgGraphicalMessage: index 0 and on.
     void setGraphicalPictures(const QList<QPixmap>& pictures) { pictures_ = pictures; }
     // The program is ending: stop the count and hide; the answer stays as it is.

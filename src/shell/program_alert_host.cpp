@@ -4,7 +4,6 @@
 #include "shell/alert_sound.h"
 #include "shell/logind_power.h"
 
-#include <QDesktopServices>
 #include <QFileInfo>
 #include <QProcess>
 #include <QUrl>
@@ -12,17 +11,19 @@
 
 namespace orm {
 
-bool startFile(const QString& file)
+bool startFile(const QString& file, const std::function<bool(const QUrl&)>& openUrl)
 {
     const QFileInfo info(file);
     if (info.isFile() && info.isExecutable())
         return QProcess::startDetached(info.absoluteFilePath(), {}, info.absolutePath());
+    if (!openUrl)
+        return false;
     if (info.exists())
-        return QDesktopServices::openUrl(QUrl::fromLocalFile(info.absoluteFilePath()));
+        return openUrl(QUrl::fromLocalFile(info.absoluteFilePath()));
     // Not a file: a web address or the like still opens.
     const QUrl url(file, QUrl::StrictMode);
     if (url.isValid() && url.scheme().size() > 1)
-        return QDesktopServices::openUrl(url);
+        return openUrl(url);
     return false;
 }
 
@@ -32,7 +33,7 @@ ProgramAlertHost::ProgramAlertHost(ComputerPower& power, SoundPlayer& sound) : p
     connect(&countdown_, &QTimer::timeout, this, &ProgramAlertHost::countDown);
 }
 
-void ProgramAlertHost::setDialog(MessageDialog* dialog)
+void ProgramAlertHost::setDialog(NoticeWindow* dialog)
 {
     dialog_ = dialog;
     if (dialog_)
@@ -100,7 +101,7 @@ void ProgramAlertHost::printGraph(int graphIndex)
 
 void ProgramAlertHost::startApplication(const QString& file)
 {
-    startFile(file);
+    startFile(file, openUrl_);
 }
 
 bool ProgramAlertHost::ExitComputer(int mode)

@@ -4,11 +4,13 @@
 #pragma once
 
 #include "alerts/alert_host.h"
-#include "shell/message_dialog.h"
+#include "shell/message_state.h"
 
 #include <QObject>
 #include <QTimer>
 #include <functional>
+
+class QUrl;
 
 namespace orm {
 
@@ -16,8 +18,11 @@ class ComputerPower;
 class SoundPlayer;
 
 // Opens a file as a double click would: an executable file is started in its
-// own folder, anything else goes to the desktop's handler (a document, a URL).
-// False when there is nothing to open.
+// own folder, anything else goes to `openUrl` (a document, a URL). False when
+// there is nothing to open, or nothing to open it with.
+bool startFile(const QString& file, const std::function<bool(const QUrl&)>& openUrl);
+// The same with the desktop's handler (QDesktopServices), which needs the GUI
+// application: only a run that draws links it.
 bool startFile(const QString& file);
 
 class ProgramAlertHost final : public QObject, public AlertActionHost {
@@ -25,7 +30,10 @@ public:
     ProgramAlertHost(ComputerPower& power, SoundPlayer& sound);
 
     // The desktop's notification window; closing it stops the sound.
-    void setDialog(MessageDialog* dialog);
+    void setDialog(NoticeWindow* dialog);
+    // What opens a document or a URL that an Alert starts; none by default, as
+    // a run without the GUI application has no desktop handler to ask.
+    void setUrlOpener(std::function<bool(const QUrl&)> open) { openUrl_ = std::move(open); }
     // Print Graph.
     void setPrinter(std::function<void(int graphIndex)> print) { printer_ = std::move(print); }
     // Without a window: where the lines go (stdout unless set).
@@ -47,8 +55,9 @@ private:
 
     ComputerPower& power_;
     SoundPlayer& sound_;
-    MessageDialog* dialog_ = nullptr;
+    NoticeWindow* dialog_ = nullptr;
     std::function<void(int)> printer_;
+    std::function<bool(const QUrl&)> openUrl_;
     std::function<void(const QString&)> output_;
     MessageState unseen_;  // the window's rules, without the window
     QTimer countdown_;

@@ -1,0 +1,37 @@
+// A part of the program built as a module of its own (the windows and the
+// pictures, the sound, the printer), loaded only when a run needs it, so that
+// a run without it maps none of the libraries behind it.
+#pragma once
+
+#include <QString>
+
+namespace orm {
+
+class ModuleLibrary {
+public:
+    // lib<name>.so beside the executable (the build folder), else in the
+    // folder an install puts it in, relative to the executable's.
+    explicit ModuleLibrary(const char* name);
+    ~ModuleLibrary();
+    ModuleLibrary(const ModuleLibrary&) = delete;
+    ModuleLibrary& operator=(const ModuleLibrary&) = delete;
+
+    bool loaded() const { return handle_ != nullptr; }
+    // Why it is not loaded, or why a function is missing.
+    QString error() const { return error_; }
+
+    // The module's entry `name`, null (with error() said) when it has none.
+    template <class Function>
+    Function* function(const char* name)
+    {
+        return reinterpret_cast<Function*>(symbol(name));
+    }
+
+private:
+    void* symbol(const char* name);
+
+    void* handle_ = nullptr;
+    QString error_;
+};
+
+}  // namespace orm
