@@ -37,32 +37,6 @@ std::deque<PeerReply> accepting()
 
 }  // namespace
 
-TEST(SmtpAgainstAiosmtpd, BlankLoginSendsHeloAndTheMessageGoesAsWrittenUpToALoneDot)
-{
-    SmtpSink sink("plain");
-    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
-    Relay r(sink.port());
-    r.relay.SMTPAuthUser = QStringLiteral("   ");  // blank: no login
-    r.relay.SMTPAuthPass = QStringLiteral("secret");
-    r.relay.MailBody += QStringLiteral("\r\n.\r\nlost");  // no dot stuffing
-    EXPECT_TRUE(r.relay.SendMail());
-    EXPECT_EQ(r.relay.SMTPState(), SmtpFinished);
-    ASSERT_TRUE(sink.waitForMessages(1));
-    const QJsonObject m = sink.messages().front();
-    EXPECT_EQ(m.value("greeting").toString(), "HELO");
-    EXPECT_EQ(m.value("host_name").toString(), "monitor");  // the local part, not a host name
-    EXPECT_EQ(m.value("mail_from").toString(), "monitor@example.org");
-    EXPECT_EQ(m.value("rcpt_tos").toArray().first().toString(), "admin@example.org");
-    EXPECT_TRUE(m.value("login").isNull());
-    EXPECT_EQ(m.value("content").toString(),
-              "DATE: 05 03 2026 09:07:41\r\n"
-              "FROM: Build Box <monitor@example.org>\r\n"
-              "TO: Ormivane <admin@example.org>\r\n"
-              "SUBJECT: CPU has exceeded 90\r\n"
-              "\r\n"
-              "First line\r\nSecond line\r\n");
-}
-
 TEST(SmtpAgainstAiosmtpd, LoginSendsEhloWithTheUsersLocalPartAndBase64Credentials)
 {
     SmtpSink sink("auth");
@@ -79,16 +53,23 @@ TEST(SmtpAgainstAiosmtpd, LoginSendsEhloWithTheUsersLocalPartAndBase64Credential
     EXPECT_EQ(m.value("password").toString(), QStringLiteral(" p\u00e4ss:w\"o=rd\\%; "));
 }
 
-TEST(SmtpAgainstAiosmtpd, AttachmentTravelsUuencodedAndAMissingOneIsLeftOut)
+// A blank login is none; the message goes as written, up to a lone dot; an
+// attachment goes uuencoded, a missing one is left out.
+TEST(SmtpAgainstAiosmtpd, BlankLoginSendsHeloAndTheMessageGoesAsWrittenWithItsAttachment)
 {
     SmtpSink sink("plain");
     ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
     QTemporaryDir dir;
     Relay r(sink.port());
     r.relay.tempFolder = dir.path();
+    r.relay.SMTPAuthUser = QStringLiteral("   ");
+    r.relay.SMTPAuthPass = QStringLiteral("secret");
+    r.relay.MailBody += QStringLiteral("\r\n.\r\nlost");  // no dot stuffing
     r.relay.MailAttachment = dir.filePath(QStringLiteral("gone.txt"));
     EXPECT_TRUE(r.relay.SendMail());
+    EXPECT_EQ(r.relay.SMTPState(), SmtpFinished);
 
+    r.relay.MailBody = QStringLiteral("First line");
     r.relay.MailAttachment = dir.filePath(QStringLiteral("report.bin"));
     QFile f(r.relay.MailAttachment);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
@@ -96,9 +77,21 @@ TEST(SmtpAgainstAiosmtpd, AttachmentTravelsUuencodedAndAMissingOneIsLeftOut)
     f.close();
     EXPECT_TRUE(r.relay.SendMail());
     ASSERT_TRUE(sink.waitForMessages(2));
-    EXPECT_FALSE(sink.messages()[0].value("content").toString().contains("begin 600"));
+    const QJsonObject m = sink.messages().front();
+    EXPECT_EQ(m.value("greeting").toString(), "HELO");
+    EXPECT_EQ(m.value("host_name").toString(), "monitor");  // the local part, not a host name
+    EXPECT_EQ(m.value("mail_from").toString(), "monitor@example.org");
+    EXPECT_EQ(m.value("rcpt_tos").toArray().first().toString(), "admin@example.org");
+    EXPECT_TRUE(m.value("login").isNull());
+    EXPECT_EQ(m.value("content").toString(),
+              "DATE: 05 03 2026 09:07:41\r\n"
+              "FROM: Build Box <monitor@example.org>\r\n"
+              "TO: Ormivane <admin@example.org>\r\n"
+              "SUBJECT: CPU has exceeded 90\r\n"
+              "\r\n"
+              "First line\r\nSecond line\r\n");
     const QString content = sink.messages()[1].value("content").toString();
-    EXPECT_TRUE(content.contains("First line\r\nSecond line\r\nbegin 600 report.bin\r\n#0V%T\r\n`\r\nend\r\n"))
+    EXPECT_TRUE(content.contains("\r\n\r\nFirst line\r\nbegin 600 report.bin\r\n#0V%T\r\n`\r\nend\r\n"))
         << qPrintable(content);
     EXPECT_TRUE(QDir(dir.path()).entryList({QStringLiteral("tmpSendMail*")}).isEmpty());
 }
@@ -205,7 +198,6 @@ TEST(SmtpAddress, HostPortFormsAndLocalParts)
         quint16 port;
     };
     const Case cases[] = {
-        {"mail.example.org", "mail.example.org", 25},
         {" 127.0.0.1:2525 ", "127.0.0.1", 2525},
         {"[::1]:587", "::1", 587},
         {"fe80::1", "fe80::1", 25},

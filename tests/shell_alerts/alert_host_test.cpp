@@ -1,6 +1,5 @@
 // The program's side of the actions: headless lines and the unanswered
-// question, the window's closing that stops the sound, starting a real
-// script, and a real WAV where the machine has an audio output.
+// question, the window's closing that stops the sound, starting a real script.
 #include "pump_until.h"
 #include "shell/alert_sound.h"
 #include "shell/logind_power.h"
@@ -9,9 +8,6 @@
 
 #include <QDesktopServices>
 #include <QFile>
-#include <QAudioDevice>
-#include <QMediaDevices>
-#include <QProcess>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -29,14 +25,9 @@ public:
     QStringList calls;
 };
 
-class RecordingPower final : public ComputerPower {
+class NoPower final : public ComputerPower {
 public:
-    bool ExitComputer(int mode) override
-    {
-        modes.push_back(mode);
-        return true;
-    }
-    std::vector<int> modes;
+    bool ExitComputer(int) override { return false; }
 };
 
 // Stands in as the desktop's handler of file URLs.
@@ -52,7 +43,7 @@ public slots:
 
 TEST(HeadlessAlertHost, NoticesArePrintedAndAQuestionCountsDownUnansweredToNo)
 {
-    RecordingPower power;
+    NoPower power;
     RecordingSound sound;
     ProgramAlertHost host(power, sound);
     QStringList lines;
@@ -76,7 +67,7 @@ TEST(HeadlessAlertHost, NoticesArePrintedAndAQuestionCountsDownUnansweredToNo)
 
 TEST(DesktopAlertHost, TheSoundLoopsUntilTheNoticeIsClosed)
 {
-    RecordingPower power;
+    NoPower power;
     RecordingSound sound;
     ProgramAlertHost host(power, sound);
     MessageDialog dialog;
@@ -90,8 +81,6 @@ TEST(DesktopAlertHost, TheSoundLoopsUntilTheNoticeIsClosed)
     dialog.okButton()->click();
     EXPECT_EQ(sound.calls, QStringList({"loop:/tmp/alarm.mp3", "stop"}));
     EXPECT_FALSE(dialog.isVisible());
-    EXPECT_TRUE(host.ExitComputer(2));
-    EXPECT_EQ(power.modes, std::vector<int>{2});
 }
 
 TEST(StartFile, ScriptRunsDocumentsGoToTheDesktopAndMissingFilesDoNothing)
@@ -122,32 +111,13 @@ TEST(StartFile, ScriptRunsDocumentsGoToTheDesktopAndMissingFilesDoNothing)
     EXPECT_EQ(opened.urls, QList<QUrl>({QUrl::fromLocalFile(document)}));
 }
 
-TEST(AlertSound, MissingFilesPassInSilenceAndARealWavLoopsUntilStopped)
+TEST(AlertSound, MissingFilesPassInSilence)
 {
     AlertSound sound;
     sound.play(QStringLiteral("/nonexistent/alarm.wav"), true);
     sound.play(QString(), true);
     EXPECT_FALSE(sound.playing());
     sound.stop();
-
-    if (QMediaDevices::audioOutputs().isEmpty())
-        GTEST_SKIP() << "this machine has no audio output: the WAV is not played";
-    QTemporaryDir dir;
-    const QString wav = dir.filePath(QStringLiteral("tone.wav"));
-    // One second of a 440 Hz tone, written by Python's wave module.
-    ASSERT_EQ(QProcess::execute(QStringLiteral("/usr/bin/python3"),
-                                {QStringLiteral("-c"),
-                                 QStringLiteral("import math,struct,sys,wave\n"
-                                                "w=wave.open(sys.argv[1],'wb')\n"
-                                                "w.setnchannels(1); w.setsampwidth(2); w.setframerate(8000)\n"
-                                                "w.writeframes(b''.join(struct.pack('<h',int(8000*math.sin(i*0.3456)))"
-                                                " for i in range(8000)))\n"),
-                                 wav}),
-              0);
-    sound.play(wav, true);
-    EXPECT_TRUE(pumpUntil([&] { return sound.playing(); }, 5000));
-    sound.stop();
-    EXPECT_FALSE(sound.playing());
 }
 
 #include "alert_host_test.moc"
