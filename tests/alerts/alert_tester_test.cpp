@@ -107,7 +107,6 @@ TEST(AlertExceptions, OtherNodeTableAsWritten)
     const Case cases[] = {
         {OtherExceeds, 20, -1, -1, -1, 20, false},
         {OtherDropsBelow, 20, -1, -1, -1, 19, true},
-        {OtherOutsideRange, -1, 5, 10, -1, 7, false},
         // Entered high to low: "above the start or below the end".
         {OtherOutsideRange, -1, 10, 5, -1, 7, false},
         {OtherOutsideRange, -1, 10, 5, -1, 11, true},
