@@ -17,22 +17,16 @@ TEST(AlertConditions, NewestSampleAgainstLimitsRangesAndNumbers)
         bool fires;
     };
     const Case cases[] = {
-        {ExceedsLimit, 5, -1, -1, -1, 5.5, true},
         {ExceedsLimit, 5, -1, -1, -1, 5, false},
         {DropsBelowLimit, 5, -1, -1, -1, 4.9, true},
-        {DropsBelowLimit, 5, -1, -1, -1, 5, false},
         // Ranges either way round; an end itself is neither inside nor outside.
-        {OutsideRange, -1, 5, 10, -1, 11, true},
         {OutsideRange, -1, 10, 5, -1, 4, true},
         {OutsideRange, -1, 10, 5, -1, 10, false},
         {InsideRange, -1, 10, 5, -1, 7, true},
         {InsideRange, -1, 5, 10, -1, 5, false},
-        {InsideRange, -1, 5, 10, -1, 11, false},
         // An unset range is the single point -1: every other value is outside.
         {OutsideRange, -1, -1, -1, -1, 0, true},
-        {OutsideRange, -1, -1, -1, -1, -1, false},
         // Equality is exact.
-        {EqualsNumber, -1, -1, -1, 1, 1, true},
         {EqualsNumber, -1, -1, -1, 1, 1.0000001, false},
     };
     for (const Case& c : cases) {
@@ -47,28 +41,20 @@ TEST(AlertConditions, NewestSampleAgainstLimitsRangesAndNumbers)
     }
 }
 
-TEST(AlertConditions, EmptyHistoryReadsZeroAndARuleFiresOnEveryTickItHolds)
+TEST(AlertConditions, EmptyHistoryReadsZeroNoLatchAndUnsetCodesNeverFire)
 {
     AlertWorld w;
     w.add(ShowMessageAction, DropsBelowLimit).cLimit = 5;
     w.add(ShowMessageAction, ExceedsLimit).cLimit = 5;
-    EXPECT_EQ(w.fired(), (std::vector<int>{1, 0}));
-    // No latch: the next pass fires again.
-    w.store(0, {1, 0});
-    EXPECT_EQ(w.fired(), (std::vector<int>{1, 0}));
-    w.store(0, {9, 0});
-    EXPECT_EQ(w.fired(), (std::vector<int>{0, 1}));
-}
-
-TEST(AlertConditions, DisabledUnsetAndUnknownCodesNeverFire)
-{
-    AlertWorld w;
-    w.store(0, {100, 0});
     w.add(ShowMessageAction, ExceedsLimit).rEnabled = false;
     w.add(ShowMessageAction, 0);   // as a key holding only a name loads
     w.add(ShowMessageAction, -1);  // as a new Alert starts
     w.add(ShowMessageAction, 7);
-    EXPECT_EQ(w.fired(), (std::vector<int>{0, 0, 0, 0}));
+    EXPECT_EQ(w.fired(), (std::vector<int>{1, 0, 0, 0, 0, 0}));
+    // No latch: the next pass fires again.
+    EXPECT_EQ(w.fired(), (std::vector<int>{1, 0, 0, 0, 0, 0}));
+    w.store(0, {9, 0});
+    EXPECT_EQ(w.fired(), (std::vector<int>{0, 1, 0, 0, 0, 0}));
 }
 
 TEST(AlertExceptions, SampleWindowsFireOnlyWhileTheyAreEmpty)
@@ -119,25 +105,16 @@ TEST(AlertExceptions, OtherNodeTableAsWritten)
         bool fires;
     };
     const Case cases[] = {
-        {OtherExceeds, 20, -1, -1, -1, 21, true},
         {OtherExceeds, 20, -1, -1, -1, 20, false},
         {OtherDropsBelow, 20, -1, -1, -1, 19, true},
-        {OtherDropsBelow, 20, -1, -1, -1, 20, false},
-        {OtherOutsideRange, -1, 5, 10, -1, 11, true},
-        {OtherOutsideRange, -1, 5, 10, -1, 7, false},
         // Entered high to low: "above the start or below the end".
         {OtherOutsideRange, -1, 10, 5, -1, 7, false},
         {OtherOutsideRange, -1, 10, 5, -1, 11, true},
-        {OtherInsideRange, -1, 10, 5, -1, 7, true},
         {OtherInsideRange, -1, 10, 5, -1, 11, false},
         // Low to high joins with "or": true for nearly every value.
-        {OtherInsideRange, -1, 5, 10, -1, 100, true},
         {OtherInsideRange, -1, 5, 10, -1, -100, true},
         {OtherInsideRange, -1, 5, 5, -1, 5, false},
-        {OtherInsideRange, -1, 5, 5, -1, 6, true},
-        {OtherEqualsNumber, -1, -1, -1, 3, 3, true},
         {OtherEqualsNumber, -1, -1, -1, 3, 3.5, false},
-        {NoException, -1, -1, -1, -1, 0, true},
         {-1, -1, -1, -1, -1, 0, true},
         {42, -1, -1, -1, -1, 0, true},
     };
@@ -167,27 +144,20 @@ TEST(AlertStaleness, MissingGraphsNodesAndZeroIntervalsPassTheAlertOverAndTheRes
     otherGone.eSensor = 0;
     otherGone.eNode = 9;
     w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime).eTimeLengthSeconds = 10;
-    w.add(ShowMessageAction, ExceedsLimit);  // a sound rule after them all
+    w.add(ShowMessageAction, ExceedsLimit);  // a plain rule after them all
+    Alert& huge = w.add(ShowMessageAction, DropsBelowLimit, WithinLastSamples);
+    huge.eNumber = 1e12;  // bounded by the 16-bit sample index, or it would take hours
+    huge.cSensor = 1;
     for (Alert& a : w.tester.Alerts)
         a.cLimit = 10;
     w.Sensors[0].SampleEverySeconds = 0;
-    EXPECT_EQ(w.fired(), (std::vector<int>{0, 0, 0, 0, 1}));
+    EXPECT_EQ(w.fired(), (std::vector<int>{0, 0, 0, 0, 1, 0}));
 
     // A Graph whose window is gone, and a window list shorter than the Graphs.
     w.GraphForms[0].reset();
-    EXPECT_EQ(w.fired(), (std::vector<int>{0, 0, 0, 0, 0}));
+    EXPECT_EQ(w.fired(), (std::vector<int>{0, 0, 0, 0, 0, 0}));
     w.GraphForms.clear();
-    EXPECT_EQ(w.fired(), (std::vector<int>{0, 0, 0, 0, 0}));
-}
-
-TEST(AlertStaleness, HugeWindowsStayBoundedByTheSixteenBitSampleIndex)
-{
-    AlertWorld w;
-    w.store(0, {50, 0});
-    Alert& a = w.add(ShowMessageAction, DropsBelowLimit, WithinLastSamples);
-    a.cLimit = 10;
-    a.eNumber = 1e12;  // would take hours if followed
-    EXPECT_EQ(w.fired(), (std::vector<int>{0}));
+    EXPECT_EQ(w.fired(), (std::vector<int>{0, 0, 0, 0, 0, 0}));
 }
 
 TEST(AlertMoments, FiresOnlyAtTheExactSecond)
@@ -213,7 +183,6 @@ TEST(AlertNotices, SubjectAndBodyOfEachCondition)
     };
     const QString cur = QStringLiteral("\r\n\r\nDisk\u00e9 has a current value of 7.5");
     const Case cases[] = {
-        {ExceedsLimit, "Disk\u00e9 has exceeded 2.5", intro + "Disk\u00e9 has exceeded your limit of 2.5" + cur},
         {DropsBelowLimit, "Disk\u00e9 has dropped below 1E+15",
          intro + "Disk\u00e9 has dropped below your limit of 1E+15" + cur},
         {OutsideRange, "Disk\u00e9 has fallen outside of 1E-05 and 2.5",
@@ -222,15 +191,13 @@ TEST(AlertNotices, SubjectAndBodyOfEachCondition)
          intro + "Disk\u00e9 has fallen inside of your range of 10 to 5" + cur},
         {EqualsNumber, "Disk\u00e9 has reached 7.5", intro + "Disk\u00e9 has reached 7.5" + cur},
     };
-    const double limits[] = {2.5, 1e15, -1, -1, -1};
-    int i = 0;
     for (const Case& c : cases) {
         AlertWorld w;
         w.Sensors[0].Nodes[0].Name = QStringLiteral("Disk") + QChar(u'\0') + QStringLiteral("\u00e9");
         w.store(0, {3, 0});
         w.store(0, {7.5, 0});
         Alert& a = w.add(ShowMessageAction, c.condition);
-        a.cLimit = limits[i++];
+        a.cLimit = 1e15;
         a.cRangeStart = c.condition == OutsideRange ? 1e-5 : 10;
         a.cRangeEnd = c.condition == OutsideRange ? 2.5 : 5;
         a.cNumber = 7.5;
@@ -239,19 +206,14 @@ TEST(AlertNotices, SubjectAndBodyOfEachCondition)
         EXPECT_EQ(w.tester.AlertMailBody, c.body);
         EXPECT_EQ(w.Sensors[0].Nodes[0].Name.size(), 6);  // the Node keeps its name
     }
-}
 
-TEST(AlertNotices, TimeAndDateNoticeKeepsYouValue)
-{
     AlertWorld w;
     w.add(ShowMessageAction, AtMoment).cDateValue = 20260305090741;
     ASSERT_TRUE(w.firesOnce());
     EXPECT_EQ(w.tester.AlertMailSubject, "The time and date has reached 03/05/2026 09:07:41");
     EXPECT_EQ(w.tester.AlertMailBody,
-              "This is an automated email from Ormivane\r\n\r\n"
-              "The time and date has reached you value of 03/05/2026 09:07:41\r\n\r\n"
-              "The current time and date is " + defaultDateTimeText(w.clock.now()));
-    EXPECT_EQ(momentText(20261231235959), "12/31/2026 23:59:59");
+              intro + "The time and date has reached you value of 03/05/2026 09:07:41\r\n\r\n"
+                      "The current time and date is " + defaultDateTimeText(w.clock.now()));
 }
 
 TEST(AlertPass, ClosingDuringAnActionEndsThePassAndEveryFiringIsReported)

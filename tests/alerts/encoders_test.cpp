@@ -19,11 +19,12 @@ QByteArray readAll(const QString& path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-void writeFile(const QString& path, const QByteArray& data)
+QString writeFile(const QTemporaryDir& dir, const QString& name, const QByteArray& data)
 {
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    QFile f(dir.filePath(name));
+    EXPECT_TRUE(f.open(QIODevice::WriteOnly));
     f.write(data);
+    return f.fileName();
 }
 
 // Python's binascii decodes the lines between "begin" and "end".
@@ -47,31 +48,19 @@ QByteArray pythonUudecode(const QString& path)
 
 }  // namespace
 
-TEST(Base64, PaddingAndTheCharactersOfAPassword)
+TEST(Base64, PaddingTheWholeAlphabetAndLineBreaksInsideTheText)
 {
     EXPECT_EQ(Base64Encode(QString(), 0), "");
     EXPECT_EQ(Base64Encode(QStringLiteral("a"), 0), "YQ==");
     EXPECT_EQ(Base64Encode(QStringLiteral("ab"), 0), "YWI=");
-    EXPECT_EQ(Base64Encode(QStringLiteral("abc"), 0), "YWJj");
-    EXPECT_EQ(Base64Encode(QStringLiteral("user@example.org"), 0), "dXNlckBleGFtcGxlLm9yZw==");
-    // Bytes above 127 use the whole alphabet, "+" and "/" included.
     EXPECT_EQ(Base64Encode(QByteArray("\xfb\xff\xbf", 3), 0), "+/+/");
     EXPECT_EQ(Base64Encode(QStringLiteral("\u00e4"), 0), "w6Q=");  // UTF-8
-}
 
-TEST(Base64, LineLengthBreaksInsideTheTextButNeverAtItsEnd)
-{
-    const QString hundred(100, QLatin1Char('x'));
-    const QString wrapped = Base64Encode(hundred, 76);
-    const QString plain = Base64Encode(hundred, 0);
+    const QString plain = Base64Encode(QString(100, QLatin1Char('x')), 0);
     ASSERT_EQ(plain.size(), 136);
-    EXPECT_EQ(wrapped, plain.left(76) + "\r\n" + plain.mid(76));
-
+    EXPECT_EQ(Base64Encode(QString(100, QLatin1Char('x')), 76), plain.left(76) + "\r\n" + plain.mid(76));
     // 57 bytes encode to exactly 76 characters: nothing follows, no line end.
     EXPECT_FALSE(Base64Encode(QString(57, QLatin1Char('y')), 76).contains("\r\n"));
-    // Several lines: each break after lineLength characters of text.
-    const QString many = Base64Encode(QString(30, QLatin1Char('z')), 10);
-    EXPECT_EQ(many.split("\r\n"), QStringList({"enp6enp6en", "p6enp6enp6", "enp6enp6en", "p6enp6enp6"}));
 }
 
 TEST(UUEncode, GroupsOfThreeWithNulPaddingAndBackquoteForZero)
@@ -81,49 +70,29 @@ TEST(UUEncode, GroupsOfThreeWithNulPaddingAndBackquoteForZero)
     QByteArray one("A");
     EXPECT_EQ(UUEncode(one), "00``");
     EXPECT_EQ(one, QByteArray("A\0\0", 3));  // the caller's buffer is padded
-    QByteArray zeros(3, '\0');
-    EXPECT_EQ(UUEncode(zeros), "````");
     QByteArray empty;
     EXPECT_EQ(UUEncode(empty), "");
 }
 
-TEST(UUEncodeFile, BlockShapesForEmptyExactAndLongFiles)
+TEST(UUEncodeFile, EmptyFilesAppendingAndWhatPythonDecodes)
 {
     QTemporaryDir dir;
-    const QString empty = dir.filePath(QStringLiteral("empty.dat"));
-    writeFile(empty, QByteArray());
+    const QString empty = writeFile(dir, QStringLiteral("empty.dat"), {});
     const QString out = dir.filePath(QStringLiteral("out.txt"));
     EXPECT_EQ(UUEncodeFile(empty, out, false), 0);
     EXPECT_EQ(readAll(out), "begin 600 empty.dat\r\n \r\n`\r\nend\r\n");
-
-    const QString exact = dir.filePath(QStringLiteral("exact.dat"));
-    writeFile(exact, QByteArray(45, 'q'));
-    EXPECT_EQ(UUEncodeFile(exact, out, false), 0);
-    const QList<QByteArray> lines = readAll(out).split('\n');
-    ASSERT_EQ(lines.size(), 6);
-    EXPECT_TRUE(lines[1].startsWith('M'));
-    EXPECT_EQ(lines[1].size(), 1 + 60 + 1);
-    EXPECT_EQ(lines[2], " \r");
-    EXPECT_EQ(lines[3], "`\r");
-    EXPECT_EQ(lines[4], "end\r");
-
     // Appending puts one empty line first and keeps what was there.
     EXPECT_EQ(UUEncodeFile(empty, out, true), 0);
-    EXPECT_TRUE(readAll(out).endsWith("end\r\n\r\nbegin 600 empty.dat\r\n \r\n`\r\nend\r\n"));
-}
+    EXPECT_EQ(readAll(out), "begin 600 empty.dat\r\n \r\n`\r\nend\r\n\r\nbegin 600 empty.dat\r\n \r\n`\r\nend\r\n");
 
-TEST(UUEncodeFile, PythonDecodesWhatWasWritten)
-{
-    QTemporaryDir dir;
     QByteArray data;
     for (int i = 0; i < 1000; ++i)
         data.append(char((i * 37 + 11) % 256));
-    for (int size : {1, 44, 46, 90, 1000}) {
-        const QString source = dir.filePath(QStringLiteral("data%1.bin").arg(size));
-        writeFile(source, data.left(size));
-        const QString out = dir.filePath(QStringLiteral("data%1.uu").arg(size));
-        ASSERT_EQ(UUEncodeFile(source, out, true), 0);
-        EXPECT_EQ(pythonUudecode(out), data.left(size)) << size;
+    for (int size : {1, 44, 45, 46, 1000}) {
+        const QString source = writeFile(dir, QStringLiteral("data%1.bin").arg(size), data.left(size));
+        const QString uu = dir.filePath(QStringLiteral("data%1.uu").arg(size));
+        ASSERT_EQ(UUEncodeFile(source, uu, true), 0);
+        EXPECT_EQ(pythonUudecode(uu), data.left(size)) << size;
     }
 }
 
@@ -131,8 +100,7 @@ TEST(UUEncodeFile, NameComesFromBehindTheLastSlashAndErrorsAreNumbers)
 {
     QTemporaryDir dir;
     const QString out = dir.filePath(QStringLiteral("out.txt"));
-    const QString source = dir.filePath(QStringLiteral("notes.txt"));
-    writeFile(source, "hi");
+    const QString source = writeFile(dir, QStringLiteral("notes.txt"), "hi");
     ASSERT_EQ(UUEncodeFile(source, out, false), 0);
     EXPECT_TRUE(readAll(out).startsWith("begin 600 notes.txt\r\n"));
 

@@ -5,21 +5,18 @@
 
 #include "pump_until.h"
 
-#include <QByteArray>
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QList>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
 #include <deque>
-#include <functional>
 #include <vector>
 
 namespace orm::test {
@@ -57,11 +54,10 @@ public:
     {
         std::vector<QJsonObject> out;
         QFile f(file_);
-        if (!f.open(QIODevice::ReadOnly))
-            return out;
-        for (const QByteArray& line : f.readAll().split('\n'))
-            if (!line.trimmed().isEmpty())
-                out.push_back(QJsonDocument::fromJson(line).object());
+        if (f.open(QIODevice::ReadOnly))
+            for (const QByteArray& line : f.readAll().split('\n'))
+                if (!line.trimmed().isEmpty())
+                    out.push_back(QJsonDocument::fromJson(line).object());
         return out;
     }
     bool waitForMessages(size_t count, int ms = 10000) const
@@ -76,37 +72,30 @@ private:
     quint16 port_ = 0;
 };
 
-// One reply of the scripted peer: segments sent apart from one another, or
-// the connection closed.
+// One reply of the scripted peer: segments that arrive apart, or a hang-up.
 struct PeerReply {
     QList<QByteArray> segments;
-    bool close = false;       // instead of replying
-    bool closeAfter = false;  // once the segments are out
+    bool close = false;
 };
-inline PeerReply reply(QByteArray text) { return {{std::move(text)}, false, false}; }
-inline PeerReply split(QList<QByteArray> segments) { return {std::move(segments), false, false}; }
-inline PeerReply hangUp() { return {{}, true, false}; }
-inline PeerReply silence() { return {{}, false, false}; }
-inline PeerReply thenHangUp(PeerReply r)
-{
-    r.closeAfter = true;
-    return r;
-}
+inline PeerReply reply(QByteArray text) { return {{std::move(text)}}; }
+inline PeerReply split(QList<QByteArray> segments) { return {std::move(segments)}; }
+inline PeerReply hangUp() { return {{}, true}; }
+inline PeerReply silence() { return {}; }
 
 class ScriptedPeer : public QObject {
 public:
     // `greeting` goes out on connect; each complete command (a line, or the
     // message up to its closing dot after a 354) gets the next reply in turn.
-    ScriptedPeer(PeerReply greeting, std::deque<PeerReply> replies)
-        : greeting_(std::move(greeting)), replies_(std::move(replies))
+    ScriptedPeer(PeerReply greeting, std::deque<PeerReply> replies) : replies_(std::move(replies))
     {
         server_.listen(QHostAddress::LocalHost);
-        QObject::connect(&server_, &QTcpServer::newConnection, this, [this] {
+        clock_.start();
+        QObject::connect(&server_, &QTcpServer::newConnection, this, [this, greeting] {
             socket_ = server_.nextPendingConnection();
             ++connections;
             QObject::connect(socket_, &QTcpSocket::readyRead, this, [this] { onData(); });
             QObject::connect(socket_, &QTcpSocket::disconnected, this, [this] { closedByClient = true; });
-            answer(greeting_);
+            answer(greeting);
         });
     }
     quint16 port() const { return server_.serverPort(); }
@@ -124,68 +113,42 @@ private:
         for (;;) {
             const QByteArray end = inMessage_ ? QByteArray("\r\n.\r\n") : QByteArray("\r\n");
             const qsizetype at = pending_.indexOf(end);
-            if (at < 0)
+            if (at < 0 || replies_.empty())
                 break;
             pending_.remove(0, at + end.size());
-            inMessage_ = false;
-            if (replies_.empty())
-                continue;
-            queued_.push_back(replies_.front());
+            const PeerReply r = replies_.front();
             replies_.pop_front();
-            // The message follows a 354 as one command.
-            for (const QByteArray& seg : queued_.back().segments)
-                inMessage_ = inMessage_ || seg.startsWith("354");
+            inMessage_ = std::any_of(r.segments.begin(), r.segments.end(),
+                                     [](const QByteArray& s) { return s.startsWith("354"); });
+            answer(r);
         }
-        answerNext();
     }
-    // Replies go out one after the other: a command that comes while the
-    // segments of the last reply are still on their way waits for them.
-    void answerNext()
-    {
-        if (busy_ || queued_.empty())
-            return;
-        PeerReply r = queued_.front();
-        queued_.pop_front();
-        answer(r);
-    }
+    // Segments go out 80 ms apart, so that each arrives as a read of its own;
+    // a reply to a command that came meanwhile waits behind them.
     void answer(const PeerReply& r)
     {
-        if (r.close) {
+        if (r.close)
             socket_->disconnectFromHost();
-            return;
-        }
-        busy_ = true;
-        int delay = 0;
-        for (qsizetype i = 0; i < r.segments.size(); ++i) {
-            const QByteArray seg = r.segments[i];
-            const bool last = i + 1 == r.segments.size();
-            const bool closeAfter = last && r.closeAfter;
-            QTimer::singleShot(delay, this, [this, seg, last, closeAfter] {
+        for (const QByteArray& seg : r.segments) {
+            const qint64 now = clock_.elapsed();
+            const qint64 at = std::max(now, freeAt_);
+            freeAt_ = at + 80;
+            QTimer::singleShot(int(at - now), this, [this, seg] {
                 if (socket_ && socket_->state() == QAbstractSocket::ConnectedState) {
                     socket_->write(seg);
                     socket_->flush();
-                    if (closeAfter)
-                        QTimer::singleShot(200, socket_, [this] { socket_->disconnectFromHost(); });
-                }
-                if (last) {
-                    busy_ = false;
-                    answerNext();
                 }
             });
-            delay += 80;  // far enough apart to arrive as separate reads
         }
-        if (r.segments.isEmpty())
-            busy_ = false;
     }
 
     QTcpServer server_;
     QTcpSocket* socket_ = nullptr;
-    PeerReply greeting_;
     std::deque<PeerReply> replies_;
     QByteArray pending_;
-    std::deque<PeerReply> queued_;
+    QElapsedTimer clock_;
+    qint64 freeAt_ = 0;
     bool inMessage_ = false;
-    bool busy_ = false;
 };
 
 }  // namespace orm::test

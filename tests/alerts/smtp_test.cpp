@@ -6,7 +6,6 @@
 #include "smtp_peers.h"
 
 #include <QDir>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace orm;
@@ -14,14 +13,12 @@ using namespace orm::test;
 
 namespace {
 
-const QDateTime Moment(QDate(2026, 3, 5), QTime(9, 7, 41));
-
 struct Relay {
-    ManualClock clock{Moment};
+    ManualClock clock{QDateTime(QDate(2026, 3, 5), QTime(9, 7, 41))};
     VDSMTPRelay relay{clock};
     explicit Relay(quint16 port)
     {
-        relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(port);
+        at(port);
         relay.MailSenderName = QStringLiteral("Build Box");
         relay.MailSenderEMail = QStringLiteral("monitor@example.org");
         relay.MailRecipientName = QStringLiteral("Ormivane");
@@ -29,37 +26,10 @@ struct Relay {
         relay.MailSubject = QStringLiteral("CPU has exceeded 90");
         relay.MailBody = QStringLiteral("First line\r\nSecond line");
     }
+    void at(quint16 port) { relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(port); }
 };
 
-QByteArray b64(const QString& s)
-{
-    return Base64Encode(s, 0).toLatin1();
-}
-
 }  // namespace
-
-TEST(SmtpAgainstAiosmtpd, PlainRelayGetsHeloEnvelopeAndTheMessageAsWritten)
-{
-    SmtpSink sink("plain");
-    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
-    Relay r(sink.port());
-    EXPECT_TRUE(r.relay.SendMail());
-    EXPECT_EQ(r.relay.SMTPState(), SmtpFinished);
-    ASSERT_TRUE(sink.waitForMessages(1));
-    const QJsonObject m = sink.messages().front();
-    EXPECT_EQ(m.value("greeting").toString(), "HELO");
-    EXPECT_EQ(m.value("host_name").toString(), "monitor");  // the local part, not a host name
-    EXPECT_EQ(m.value("mail_from").toString(), "monitor@example.org");
-    EXPECT_EQ(m.value("rcpt_tos").toArray().first().toString(), "admin@example.org");
-    EXPECT_TRUE(m.value("login").isNull());
-    EXPECT_EQ(m.value("content").toString(),
-              "DATE: 05 03 2026 09:07:41\r\n"
-              "FROM: Build Box <monitor@example.org>\r\n"
-              "TO: Ormivane <admin@example.org>\r\n"
-              "SUBJECT: CPU has exceeded 90\r\n"
-              "\r\n"
-              "First line\r\nSecond line\r\n");
-}
 
 TEST(SmtpAgainstAiosmtpd, LoginSendsEhloWithTheUsersLocalPartAndBase64Credentials)
 {
@@ -75,56 +45,49 @@ TEST(SmtpAgainstAiosmtpd, LoginSendsEhloWithTheUsersLocalPartAndBase64Credential
     EXPECT_EQ(m.value("host_name").toString(), "alice");
     EXPECT_EQ(m.value("login").toString(), "alice@mail.example.org");
     EXPECT_EQ(m.value("password").toString(), QStringLiteral(" p\u00e4ss:w\"o=rd\\%; "));
-    EXPECT_TRUE(m.value("content").toString().startsWith("DATE: 05 03 2026 09:07:41\r\nFROM: "));
 }
 
-TEST(SmtpAgainstAiosmtpd, BlankLoginCountsAsNoneAndALoneDotEndsTheMessageEarly)
-{
-    SmtpSink sink("plain");
-    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
-    Relay r(sink.port());
-    r.relay.SMTPAuthUser = QStringLiteral("   ");
-    r.relay.SMTPAuthPass = QStringLiteral("secret");
-    r.relay.MailBody = QStringLiteral("before\r\n.\r\nafter");  // no dot stuffing
-    EXPECT_TRUE(r.relay.SendMail());
-    ASSERT_TRUE(sink.waitForMessages(1));
-    const QJsonObject m = sink.messages().front();
-    EXPECT_EQ(m.value("greeting").toString(), "HELO");
-    EXPECT_TRUE(m.value("content").toString().endsWith("\r\n\r\nbefore\r\n"));
-}
-
-TEST(SmtpAgainstAiosmtpd, AttachmentTravelsUuencodedAndItsScratchFileIsGone)
+// A blank login is none; the message goes as written, up to a lone dot; an
+// attachment goes uuencoded, a missing one is left out.
+TEST(SmtpAgainstAiosmtpd, BlankLoginSendsHeloAndTheMessageGoesAsWrittenWithItsAttachment)
 {
     SmtpSink sink("plain");
     ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
     QTemporaryDir dir;
-    const QString attachment = dir.filePath(QStringLiteral("report.bin"));
-    QFile f(attachment);
+    Relay r(sink.port());
+    r.relay.tempFolder = dir.path();
+    r.relay.SMTPAuthUser = QStringLiteral("   ");
+    r.relay.SMTPAuthPass = QStringLiteral("secret");
+    r.relay.MailBody += QStringLiteral("\r\n.\r\nlost");  // no dot stuffing
+    r.relay.MailAttachment = dir.filePath(QStringLiteral("gone.txt"));
+    EXPECT_TRUE(r.relay.SendMail());
+    EXPECT_EQ(r.relay.SMTPState(), SmtpFinished);
+
+    r.relay.MailBody = QStringLiteral("First line");
+    r.relay.MailAttachment = dir.filePath(QStringLiteral("report.bin"));
+    QFile f(r.relay.MailAttachment);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
     f.write(QByteArray("Cat"));
     f.close();
-    Relay r(sink.port());
-    r.relay.MailAttachment = attachment;
-    r.relay.tempFolder = dir.path();
     EXPECT_TRUE(r.relay.SendMail());
-    ASSERT_TRUE(sink.waitForMessages(1));
-    const QString content = sink.messages().front().value("content").toString();
-    EXPECT_TRUE(content.contains("First line\r\nSecond line\r\nbegin 600 report.bin\r\n#0V%T\r\n`\r\nend\r\n"))
+    ASSERT_TRUE(sink.waitForMessages(2));
+    const QJsonObject m = sink.messages().front();
+    EXPECT_EQ(m.value("greeting").toString(), "HELO");
+    EXPECT_EQ(m.value("host_name").toString(), "monitor");  // the local part, not a host name
+    EXPECT_EQ(m.value("mail_from").toString(), "monitor@example.org");
+    EXPECT_EQ(m.value("rcpt_tos").toArray().first().toString(), "admin@example.org");
+    EXPECT_TRUE(m.value("login").isNull());
+    EXPECT_EQ(m.value("content").toString(),
+              "DATE: 05 03 2026 09:07:41\r\n"
+              "FROM: Build Box <monitor@example.org>\r\n"
+              "TO: Ormivane <admin@example.org>\r\n"
+              "SUBJECT: CPU has exceeded 90\r\n"
+              "\r\n"
+              "First line\r\nSecond line\r\n");
+    const QString content = sink.messages()[1].value("content").toString();
+    EXPECT_TRUE(content.contains("\r\n\r\nFirst line\r\nbegin 600 report.bin\r\n#0V%T\r\n`\r\nend\r\n"))
         << qPrintable(content);
     EXPECT_TRUE(QDir(dir.path()).entryList({QStringLiteral("tmpSendMail*")}).isEmpty());
-}
-
-TEST(SmtpAgainstAiosmtpd, MissingAttachmentStillSendsTheMessage)
-{
-    SmtpSink sink("plain");
-    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
-    QTemporaryDir dir;
-    Relay r(sink.port());
-    r.relay.MailAttachment = dir.filePath(QStringLiteral("gone.txt"));
-    r.relay.tempFolder = dir.path();
-    EXPECT_TRUE(r.relay.SendMail());
-    ASSERT_TRUE(sink.waitForMessages(1));
-    EXPECT_TRUE(sink.messages().front().value("content").toString().contains("Second line"));
 }
 
 TEST(SmtpDialogue, SplitEhloReplyIsTwoRepliesAndTheSecondIsIgnored)
@@ -137,22 +100,14 @@ TEST(SmtpDialogue, SplitEhloReplyIsTwoRepliesAndTheSecondIsIgnored)
     r.relay.SMTPAuthUser = QStringLiteral("bob");
     r.relay.SMTPAuthPass = QStringLiteral("pw");
     EXPECT_TRUE(r.relay.SendMail());
-    const QByteArray expected = "EHLO bob\r\nAUTH LOGIN\r\n" + b64("bob") + "\r\n" + b64("pw") + "\r\n" +
+    const QByteArray expected = "EHLO bob\r\nAUTH LOGIN\r\n" + Base64Encode(QStringLiteral("bob"), 0).toLatin1() +
+                                "\r\n" + Base64Encode(QStringLiteral("pw"), 0).toLatin1() + "\r\n" +
                                 "MAIL FROM: <monitor@example.org>\r\nRCPT TO: <admin@example.org>\r\nDATA\r\n" +
                                 "DATE: 05 03 2026 09:07:41\r\n";
     // QUIT has no line end, and the client hangs up without waiting for its reply.
     EXPECT_TRUE(pumpUntil([&] { return peer.closedByClient; }));
     EXPECT_TRUE(peer.received.startsWith(expected)) << peer.received.constData();
     EXPECT_TRUE(peer.received.endsWith("\r\n.\r\nQUIT")) << peer.received.constData();
-}
-
-TEST(SmtpDialogue, SecondGreetingStartsTheHelloAgain)
-{
-    ScriptedPeer peer(reply("220 hi\r\n"), {reply("220 hello again\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
-                                            reply("250 ok\r\n"), reply("354 go\r\n"), reply("250 ok\r\n")});
-    Relay r(peer.port());
-    EXPECT_TRUE(r.relay.SendMail());
-    EXPECT_TRUE(peer.received.startsWith("HELO monitor\r\nHELO monitor\r\nMAIL FROM: <monitor@example.org>\r\n"));
 }
 
 TEST(SmtpDialogue, RefusalsHangUpsAndUnparsableRepliesEndTheSendAsAFailure)
@@ -178,16 +133,10 @@ TEST(SmtpDialogue, RefusalsHangUpsAndUnparsableRepliesEndTheSendAsAFailure)
     }
 }
 
-TEST(SmtpDialogue, UntabledRepliesAreIgnoredUntilThePeerCloses)
-{
-    ScriptedPeer peer(reply("220 hi\r\n"),
-                      {reply("250 ok\r\n"), thenHangUp(split({"334 what\r\n", "235 and this\r\n", "354 too\r\n"}))});
-    Relay r(peer.port());
-    EXPECT_FALSE(r.relay.SendMail());
-    EXPECT_EQ(peer.received, "HELO monitor\r\nMAIL FROM: <monitor@example.org>\r\n");
-}
-
-TEST(SmtpDialogue, SilentRelayEndsAfterTheSilenceLimitAndTheClientCanSendAgain)
+// The wait ends on silence or when the program closes; a later send starts
+// afresh, a second greeting starts the hello again, and once a mail went out
+// SendMail says true for good.
+TEST(SmtpDialogue, SilenceAndClosingEndTheWaitAndMailSentIsNeverCleared)
 {
     ScriptedPeer silent(silence(), {});
     Relay r(silent.port());
@@ -195,21 +144,20 @@ TEST(SmtpDialogue, SilentRelayEndsAfterTheSilenceLimitAndTheClientCanSendAgain)
     EXPECT_FALSE(r.relay.SendMail());
     EXPECT_EQ(r.relay.SMTPState(), SmtpFinished);
 
-    ScriptedPeer good(reply("220 hi\r\n"), {reply("250 ok\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
-                                            reply("354 go\r\n"), reply("250 ok\r\n")});
-    r.relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(good.port());
+    bool closing = false;
     r.relay.silenceLimitMs = 60000;
-    EXPECT_TRUE(r.relay.SendMail());
-}
+    r.relay.closing = [&] { return closing; };
+    QTimer::singleShot(100, &silent, [&] { closing = true; });
+    EXPECT_FALSE(r.relay.SendMail());
+    closing = false;
 
-TEST(SmtpDialogue, MailSentIsNeverClearedSoALaterFailureStillSaysTrue)
-{
-    ScriptedPeer good(reply("220 hi\r\n"), {reply("250 ok\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
-                                            reply("354 go\r\n"), reply("250 ok\r\n")});
-    Relay r(good.port());
+    ScriptedPeer good(reply("220 hi\r\n"), {reply("220 hello again\r\n"), reply("250 ok\r\n"), reply("250 ok\r\n"),
+                                            reply("250 ok\r\n"), reply("354 go\r\n"), reply("250 ok\r\n")});
+    r.at(good.port());
     EXPECT_TRUE(r.relay.SendMail());
+    EXPECT_TRUE(good.received.startsWith("HELO monitor\r\nHELO monitor\r\nMAIL FROM: <monitor@example.org>\r\n"));
     ScriptedPeer refusing(reply("554 no\r\n"), {});
-    r.relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(refusing.port());
+    r.at(refusing.port());
     EXPECT_TRUE(r.relay.SendMail());
     EXPECT_EQ(refusing.connections, 1);
 }
@@ -229,16 +177,6 @@ TEST(SmtpDialogue, UnreachableRelayAndUnusableAddressFailAtOnce)
     }
 }
 
-TEST(SmtpDialogue, ClosingProgramEndsTheWait)
-{
-    ScriptedPeer silent(silence(), {});
-    Relay r(silent.port());
-    bool closing = false;
-    r.relay.closing = [&] { return closing; };
-    QTimer::singleShot(100, &silent, [&] { closing = true; });
-    EXPECT_FALSE(r.relay.SendMail());
-}
-
 TEST(SmtpAddress, HostPortFormsAndLocalParts)
 {
     struct Case {
@@ -247,10 +185,8 @@ TEST(SmtpAddress, HostPortFormsAndLocalParts)
         quint16 port;
     };
     const Case cases[] = {
-        {"mail.example.org", "mail.example.org", 25},
         {" 127.0.0.1:2525 ", "127.0.0.1", 2525},
         {"[::1]:587", "::1", 587},
-        {"[::1]", "::1", 25},
         {"fe80::1", "fe80::1", 25},
     };
     for (const Case& c : cases) {
@@ -260,5 +196,4 @@ TEST(SmtpAddress, HostPortFormsAndLocalParts)
         EXPECT_EQ(a->port, c.port) << c.server;
     }
     EXPECT_EQ(LocalPart(QStringLiteral("a@b@c")), "a");
-    EXPECT_EQ(LocalPart(QStringLiteral("plain")), "plain");
 }

@@ -56,7 +56,6 @@ public:
     }
 
     bool ready() const { return ready_; }
-    QString address() const { return address_; }
     QDBusConnection connection() const { return *connection_; }
 
     // The logind methods called so far, by name ("Reboot", "PowerOff").

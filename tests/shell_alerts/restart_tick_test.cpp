@@ -1,10 +1,16 @@
 // A restart rule read from the settings file at start-up and tested in the
 // tick: at the 180th tick it goes straight to the mock logind; before, the
-// window asks, and Yes switches the rule off.
-#include "answering_window.h"
+// window asks: Yes switches the rule off, No goes ahead.
+#include "mock_logind.h"
 #include "settings_file_monitor.h"
+#include "shell/alert_sound.h"
+#include "shell/logind_power.h"
+#include "shell/message_dialog.h"
+#include "shell/program_alert_host.h"
 
+#include <QPushButton>
 #include <QSettings>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 using namespace orm;
@@ -12,14 +18,28 @@ using namespace orm::test;
 
 namespace {
 
+class SilentSound final : public SoundPlayer {
+public:
+    void play(const QString&, bool) override {}
+    void stop() override {}
+};
+
 // A CPU Graph and a rule that restarts the computer when its Node exceeds -1,
-// in the settings file a start reads.
-struct RestartProgram : WindowAndLogind {
+// in the settings file a start reads; the window, logind on a private bus,
+// and the user at the window.
+struct RestartProgram {
+    MockLogind logind;
+    LogindPower power{logind.connection(), false};
+    SilentSound sound;
+    MessageDialog dialog;
+    ProgramAlertHost host{power, sound};
+    QString asked;  // the question, once the user has seen it
     SettingsFileMonitor program;
     HistoryViewFactory views;
 
     RestartProgram()
     {
+        host.setDialog(&dialog);
         QSettings s(program.settingsFile, QSettings::IniFormat);
         s.beginGroup(QStringLiteral("Settings"));
         for (const auto& [k, v] : std::initializer_list<std::pair<const char*, const char*>>{
@@ -30,11 +50,24 @@ struct RestartProgram : WindowAndLogind {
     }
     bool start(double ticksBefore)
     {
-        if (!program.start(views))
+        if (!logind.ready() || !program.start(views))
             return false;
         program.monitor->alertTester.setHost(&host);
         program.monitor->TickCount = ticksBefore;
         return true;
+    }
+    // Clicks `button` once the window asks.
+    void answerWith(QPushButton* button)
+    {
+        auto* poll = new QTimer(&dialog);
+        QObject::connect(poll, &QTimer::timeout, &dialog, [this, button, poll] {
+            if (dialog.isVisible() && dialog.AwaitingAnswer()) {
+                asked = dialog.text();
+                button->click();
+                poll->deleteLater();
+            }
+        });
+        poll->start(10);
     }
 };
 
@@ -43,7 +76,6 @@ struct RestartProgram : WindowAndLogind {
 TEST(RestartInTheTick, The180thTickRestartsWithoutAsking)
 {
     RestartProgram p;
-    ASSERT_TRUE(p.logind.ready());
     ASSERT_TRUE(p.start(179));
     ASSERT_EQ(p.program.monitor->alertTester.Alerts.size(), 1u);
     p.program.monitor->TimerData();
@@ -57,10 +89,10 @@ TEST(RestartInTheTick, The180thTickRestartsWithoutAsking)
 TEST(RestartInTheTick, The179thTickAsksAndYesSwitchesTheRuleOff)
 {
     RestartProgram p;
-    ASSERT_TRUE(p.logind.ready());
     ASSERT_TRUE(p.start(178));
     p.answerWith(p.dialog.yesButton());
     p.program.monitor->TimerData();
+    EXPECT_TRUE(p.asked.contains("already trying to Restart your computer"));
     EXPECT_TRUE(p.asked.contains("Would you like to disable this Alert?"));
     EXPECT_FALSE(p.program.monitor->alertTester.Alerts[0].rEnabled);
     EXPECT_FALSE(p.program.monitor->Closing);
@@ -69,4 +101,17 @@ TEST(RestartInTheTick, The179thTickAsksAndYesSwitchesTheRuleOff)
     p.program.monitor->TimerData();
     EXPECT_EQ(p.program.monitor->TickCount, 181);
     EXPECT_TRUE(p.logind.calls().isEmpty());
+}
+
+TEST(RestartRule, ShutDownBefore180TicksAnsweredNoPowersOff)
+{
+    RestartProgram p;
+    ASSERT_TRUE(p.start(2));
+    p.program.monitor->alertTester.Alerts[0].rAction = ShutDownComputer;
+    p.answerWith(p.dialog.noButton());
+    p.program.monitor->TimerData();
+    EXPECT_FALSE(p.asked.isEmpty());
+    EXPECT_TRUE(p.logind.waitForCall(QStringLiteral("PowerOff")));
+    EXPECT_TRUE(p.program.monitor->alertTester.Alerts[0].rEnabled);
+    EXPECT_TRUE(p.program.monitor->Closing);
 }
