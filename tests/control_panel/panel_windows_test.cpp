@@ -1,6 +1,7 @@
 // What the control panel and the graph windows show each other: the status
 // line during long work, a rename that redraws nothing, the cross-hair after a
-// Node goes, and the first window beside the tree row the start-up tip names.
+// Node goes, the first window beside the tree row the start-up tip names, and
+// a collapsed Graph that stays so.
 #include "panel_fixture.h"
 #include "shell/about_box.h"
 
@@ -129,6 +130,14 @@ TEST_F(PanelWindows, TheFirstWindowLeavesTheTipsTreeRowInSight)
     EXPECT_FALSE(w->frameGeometry().intersects(row));
     EXPECT_EQ(graph().LocX, w->x());
     EXPECT_EQ(storedValue(sensorKey(0), QStringLiteral("LocX")), QString::number(w->x()));
+}
+
+TEST_F(PanelWindows, ACollapsedGraphStaysSoAfterANewStart)
+{
+    emit panel->tree()->collapseChanged(QStringLiteral("G0"), QStringLiteral("0"), true);
+    views.setStatus(nullptr);  // it points at the panel that goes
+    startPanel();
+    EXPECT_TRUE(panel->tree()->rows()[0].Collapsed);
 }
 
 TEST(AboutBox, IsWideEnoughForItsTitle)

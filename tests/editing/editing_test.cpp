@@ -66,5 +66,20 @@ TEST_F(EditingTest, DeletingMiddleGraphKeepsLaterViewsAndDropsStaleKeys)
     EXPECT_TRUE(monitor->tmrDataEnabled);
 }
 
+TEST_F(EditingTest, TheLastNodeAndTheLastGraphAreRefusedAndALastNodeTakesItsGraph)
+{
+    makeGraphs(1);
+    EXPECT_EQ(DeleteNode(*monitor, store, prompts, 0, 0), EditResult::Refused);
+    EXPECT_EQ(DeleteGraph(*monitor, store, prompts, 0), EditResult::Refused);
+    EXPECT_EQ(prompts.stops.size(), 2);
+    ASSERT_EQ(monitor->Sensors.size(), 1u);
+
+    makeGraphs(2);
+    EXPECT_EQ(DeleteNode(*monitor, store, prompts, 1, 0), EditResult::GraphDeleted);
+    ASSERT_EQ(monitor->Sensors.size(), 1u);
+    EXPECT_EQ(monitor->GraphForms.size(), 1u);
+    EXPECT_EQ(graph(0).Name, QStringLiteral("G1"));
+}
+
 }  // namespace
 }  // namespace orm::test

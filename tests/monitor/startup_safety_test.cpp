@@ -12,75 +12,6 @@ using namespace orm::test;
 
 namespace {
 
-// A Monitor on an in-memory store in a folder of its own.
-struct MemoryStart {
-    MemoryStart(const QString& dataDir)
-    {
-        sources->cpuCounters = std::make_unique<ScriptedCpu>();
-        sources->cpu = std::make_unique<CpuUsage>(*sources->cpuCounters);
-        MonitorOptions options;
-        options.dataDir = dataDir;
-        monitor = std::make_unique<Monitor>(options, clock, store, *sources, views);
-    }
-    ManualClock clock;
-    MemoryStore store;
-    std::unique_ptr<SourceSet> sources = SourceSet::forLinux();
-    RecordingViews views;
-    std::unique_ptr<Monitor> monitor;
-};
-
-class StartUp : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(dir.isValid());
-        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toLocal8Bit());
-    }
-    QString dataDir() const { return dir.filePath(QStringLiteral("data")); }
-    QTemporaryDir dir;
-};
-
-TEST_F(StartUp, OnlyAMissingOrTrueFirstRunMakesTheFirstGraph)
-{
-    const struct {
-        const char* stored;  // nullptr: no FirstRun value
-        bool firstRun;
-    } cases[] = {{nullptr, true}, {"True", true}, {"Flase", false}, {"", false}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.stored ? c.stored : "<missing>");
-        QTemporaryDir data;
-        MemoryStart s(data.path());
-        if (c.stored)
-            s.store.writeValue(SettingsKey, QStringLiteral("FirstRun"), QString::fromLatin1(c.stored));
-        s.store.writeValue(SettingsKey, QStringLiteral("Sensors"), QStringLiteral("1"));
-        s.store.writeValue(sensorKey(0), QStringLiteral("Name"), QStringLiteral("Disks"));
-        s.store.writeValue(sensorKey(0), QStringLiteral("Nodes"), QStringLiteral("2"));
-        ASSERT_TRUE(s.monitor->startUp());
-        ASSERT_EQ(s.monitor->Sensors.size(), 1u);
-        const Graph& g = s.monitor->Sensors[0];
-        EXPECT_EQ(g.Name, c.firstRun ? QStringLiteral("New Graph 1") : QStringLiteral("Disks"));
-        EXPECT_EQ(g.Nodes.size(), c.firstRun ? 1u : 2u);
-    }
-}
-
-TEST_F(StartUp, ALockWhoseHolderIsGoneNeverBlocksAndAnUnwritableFolderSaysSo)
-{
-    ASSERT_TRUE(QDir().mkpath(dataDir()));
-    writeFile(dataDir() + QStringLiteral("/Ormivane.lock"), "");  // killed between making and writing it
-    MemoryStart first(dataDir());
-    ASSERT_TRUE(first.monitor->startUp()) << first.monitor->startError().toStdString();
-    first.monitor->Closing = true;
-    first.monitor->unload();
-
-    QFile::remove(dataDir() + QStringLiteral("/Ormivane.lock"));  // if the clean stop left one
-    ASSERT_TRUE(QDir().mkpath(dataDir() + QStringLiteral("/Ormivane.lock")));  // nothing can be made there
-    MemoryStart s(dataDir());
-    EXPECT_FALSE(s.monitor->startUp());
-    EXPECT_FALSE(s.monitor->startError().contains(QStringLiteral("already running")))
-        << s.monitor->startError().toStdString();
-    EXPECT_TRUE(s.monitor->startError().contains(dataDir())) << s.monitor->startError().toStdString();
-}
-
 class SettingsFileStart : public ::testing::Test, protected SettingsFileMonitor {
 protected:
     void stop()
@@ -88,8 +19,43 @@ protected:
         monitor->Closing = true;
         monitor->unload();
     }
+    QString dataDir() const { return dir.filePath(QStringLiteral("data")); }
     RecordingViews views;
 };
+
+TEST_F(SettingsFileStart, OnlyAMissingOrTrueFirstRunMakesTheFirstGraph)
+{
+    const struct {
+        const char* stored;  // nullptr: no FirstRun value
+        bool firstRun;
+    } cases[] = {{nullptr, true}, {"True", true}, {"Flase", false}, {"", false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.stored ? c.stored : "<missing>");
+        const QByteArray firstRun = c.stored ? QByteArray("FirstRun=") + c.stored + '\n' : QByteArray();
+        writeFile(settingsFile, "[Settings]\n" + firstRun + "Sensors=1\nSensor1\\Name=Disks\nSensor1\\Nodes=2\n");
+        ASSERT_TRUE(start(views));
+        ASSERT_EQ(monitor->Sensors.size(), 1u);
+        const Graph& g = monitor->Sensors[0];
+        EXPECT_EQ(g.Name, c.firstRun ? QStringLiteral("New Graph 1") : QStringLiteral("Disks"));
+        EXPECT_EQ(g.Nodes.size(), c.firstRun ? 1u : 2u);
+        stop();
+    }
+}
+
+TEST_F(SettingsFileStart, ALockWhoseHolderIsGoneNeverBlocksAndAnUnwritableFolderSaysSo)
+{
+    ASSERT_TRUE(QDir().mkpath(dataDir()));
+    writeFile(dataDir() + QStringLiteral("/Ormivane.lock"), "");  // killed between making and writing it
+    ASSERT_TRUE(start(views)) << monitor->startError().toStdString();
+    stop();
+
+    QFile::remove(dataDir() + QStringLiteral("/Ormivane.lock"));  // if the clean stop left one
+    ASSERT_TRUE(QDir().mkpath(dataDir() + QStringLiteral("/Ormivane.lock")));  // nothing can be made there
+    EXPECT_FALSE(start(views));
+    EXPECT_FALSE(monitor->startError().contains(QStringLiteral("already running")))
+        << monitor->startError().toStdString();
+    EXPECT_TRUE(monitor->startError().contains(dataDir())) << monitor->startError().toStdString();
+}
 
 TEST_F(SettingsFileStart, NothingChangedMeansTheFileIsNotRewrittenAtExit)
 {

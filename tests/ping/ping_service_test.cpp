@@ -89,14 +89,13 @@ TEST_F(PingServiceTest, EchoFollowsItsNodeWhenNodesMoveOrAreCopied)
     EXPECT_EQ(service.ReadPing(nodes[0]), 22);
 }
 
-// Real echoes to 127.0.0.0/8, on a slowed loopback where a namespace can be made.
+// Real echoes to 127.0.0.0/8.
 constexpr quint32 Loopback = 0x7f000001;
 
 TEST(RealPing, NodesPingingTogetherEachGetTheirOwnReply)
 {
-    // Raw sockets hear every reply of the host; each must keep only its own. On a
-    // slow link all the sockets are open before the first reply comes.
-    const auto slow = slowNamespace("100kbit", "1600");
+    // Raw sockets hear every reply of the host; each must keep only its own. All
+    // the sockets are open before the loop can deliver the first reply.
     PingService service([] { return std::make_unique<IcmpSocket>(IcmpSocket::Kind::Raw); });
     std::vector<Node> nodes{pingNode("127.0.0.1", 1472), pingNode("127.0.0.2", 1000), pingNode("127.0.0.3", 500),
                             pingNode("127.0.0.1", 100)};
@@ -112,7 +111,6 @@ TEST(RealPing, NodesPingingTogetherEachGetTheirOwnReply)
         EXPECT_EQ(reply.Status, EchoSuccess) << i;
         EXPECT_EQ(reply.DataSize, nodes[i].PingPacketSize) << i;
         EXPECT_EQ(reply.Address, addresses[i]) << i;
-        EXPECT_TRUE(!slow || reply.RoundTripTime > 0) << i;  // the slow link gives a real round trip
     }
 }
 

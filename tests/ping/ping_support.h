@@ -1,5 +1,5 @@
 // What the ping tests share: an event loop to drive, echo sockets the test
-// answers itself, and network namespaces of their own.
+// answers itself.
 #pragma once
 
 #include "model/model.h"
@@ -7,12 +7,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTimer>
-
-#include <fcntl.h>
-#include <sched.h>
-#include <unistd.h>
 
 namespace orm::test {
 
@@ -72,36 +67,5 @@ struct FakeEchoes {
         return true;
     }
 };
-
-// Runs a command in this thread's network namespace; true when it exits with 0.
-inline bool run(const QString& program, const QStringList& args)
-{
-    QProcess p;
-    p.start(program, args);
-    return p.waitForFinished(20000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
-}
-
-// Moves this thread into a new network namespace, its loopback down, until the
-// result is dropped; sockets made meanwhile stay in it. Null where that is not
-// allowed (it needs root).
-inline std::shared_ptr<int> ownNamespace()
-{
-    std::shared_ptr<int> home(new int(::open("/proc/thread-self/ns/net", O_RDONLY | O_CLOEXEC)), [](int* fd) {
-        ::setns(*fd, CLONE_NEWNET);
-        ::close(*fd);
-        delete fd;
-    });
-    return *home >= 0 && ::unshare(CLONE_NEWNET) == 0 ? home : nullptr;
-}
-
-// A namespace of its own whose loopback runs at `rate`; null when none can be made.
-inline std::shared_ptr<int> slowNamespace(const char* rate, const char* burst)
-{
-    auto ns = ownNamespace();
-    return ns && run("ip", {"link", "set", "lo", "up"})
-            && run("tc", {"qdisc", "add", "dev", "lo", "root", "tbf", "rate", rate, "burst", burst, "latency", "20s"})
-        ? ns
-        : nullptr;
-}
 
 }  // namespace orm::test
