@@ -47,6 +47,10 @@ protected:
         key(QStringLiteral("Return"));
         return waitFor([&] { return !map.has(QStringLiteral("cmdCancel")); }, 3000);
     }
+    static bool messageSaysHot(WidgetMap& map)
+    {
+        return waitFor([&] { return map.text(QStringLiteral("lblTxt")).startsWith(QLatin1String("Hot\n")); }, 3000);
+    }
     // Opens a picker and takes its first entry with the keys.
     void pickFirst(WidgetMap& map, const QString& combo)
     {
@@ -59,12 +63,10 @@ protected:
 TEST_F(DesktopAlerts, ARuleBuiltByHandShowsItsMessageAndSurvivesARestart)
 {
     HeadlessRun r;
-    start(r);
     WidgetMap map(mapPath(r));
-    ASSERT_TRUE(waitFor([&] { return map.has(QStringLiteral("row(0)")); }, 6000)) << "no control panel";
+    ASSERT_TRUE(startWithPanel(r, map)) << "no control panel";
     if (!waitFor([&] { return map.has(QStringLiteral("trayIcon")); }, 4000))
         GTEST_SKIP() << "no tray host on this desktop";
-    dismissBalloon(map);
 
     ASSERT_TRUE(openWizard(map));
     ASSERT_TRUE(click(map, QStringLiteral("cmdNewAlert")));
@@ -80,23 +82,20 @@ TEST_F(DesktopAlerts, ARuleBuiltByHandShowsItsMessageAndSurvivesARestart)
         pickFirst(map, QStringLiteral("cmbSensor1"));
         pickFirst(map, QStringLiteral("cmbNode"));
     }));
-    ASSERT_TRUE(setLink(map, QStringLiteral("Limit1"), [&] {
-        key(QStringLiteral("ctrl+a"));
-        type(QStringLiteral("-1"));
-    }));
+    ASSERT_TRUE(setLink(map, QStringLiteral("Limit1"), [&] { key(QStringLiteral("ctrl+a")); type(QStringLiteral("-1")); }));
     ASSERT_TRUE(sentenceIs(map, BuiltSentence));
     ASSERT_TRUE(click(map, QStringLiteral("cmdNext")));
     ASSERT_TRUE(click(map, QStringLiteral("lstAlertOptions(8)")));  // [NONE]
     ASSERT_TRUE(sentenceIs(map, BuiltSentence));
-    EXPECT_EQ(value(r, QStringLiteral("Alert1/aMessage")), QStringLiteral("Hot"));
-    EXPECT_EQ(value(r, QStringLiteral("Alert1/cLimit")), QStringLiteral("-1"));
-    waitFor([] { return false; }, 600);
+    EXPECT_EQ(r.setting(QStringLiteral("Alert1/aMessage")), QStringLiteral("Hot"));
+    EXPECT_EQ(r.setting(QStringLiteral("Alert1/cLimit")), QStringLiteral("-1"));
+    pause(600);
     snapshot(QStringLiteral("alert-wizard.png"), map.rect(QStringLiteral("frmAlerts")));
 
     ASSERT_TRUE(click(map, QStringLiteral("cmdNext")));  // Finish
     ASSERT_TRUE(sentenceIs(map, QString()));
     ASSERT_TRUE(click(map, QStringLiteral("lstvwAlerts.check(0)")));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Alert1/rEnabled")) == QLatin1String("True"); }, 3000));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Alert1/rEnabled"), QStringLiteral("True")));
 
     // Closed as a person would: a click on the wizard's title, then Alt+C. The
     // message may already stand over the middle of the screen.
@@ -104,8 +103,7 @@ TEST_F(DesktopAlerts, ARuleBuiltByHandShowsItsMessageAndSurvivesARestart)
     ASSERT_TRUE(click(map, QStringLiteral("frmAlerts"), 1, QPoint(wizard.width() / 3, 8)));
     key(QStringLiteral("alt+c"));
     ASSERT_TRUE(waitFor([&] { return !map.has(QStringLiteral("frmAlerts")); }, 3000)) << "the wizard stays open";
-    EXPECT_TRUE(waitFor([&] { return map.text(QStringLiteral("lblTxt")).startsWith(QLatin1String("Hot\n")); }, 3000))
-        << "the message reads \"" << qPrintable(map.text(QStringLiteral("lblTxt"))) << '"';
+    EXPECT_TRUE(messageSaysHot(map)) << "the message reads \"" << qPrintable(map.text(QStringLiteral("lblTxt"))) << '"';
     snapshot(QStringLiteral("alert-message.png"), map.rect(QStringLiteral("frmMessage")));
     ASSERT_TRUE(stop(r));
 
@@ -120,7 +118,7 @@ TEST_F(DesktopAlerts, ARuleBuiltByHandShowsItsMessageAndSurvivesARestart)
     ASSERT_TRUE(click(map2, QStringLiteral("lstvwAlerts(0)")));
     EXPECT_TRUE(sentenceIs(map2, BuiltSentence));
     // Armed as it was left, the rule fires again.
-    EXPECT_TRUE(waitFor([&] { return map2.text(QStringLiteral("lblTxt")).startsWith(QLatin1String("Hot\n")); }, 3000));
+    EXPECT_TRUE(messageSaysHot(map2));
     EXPECT_TRUE(stop(r));
 }
 

@@ -22,7 +22,7 @@ protected:
         const QString panel = windowsNamed(QStringLiteral("Ormivane")).value(0);
         if (!panel.isEmpty())
             xdo({QStringLiteral("windowactivate"), QStringLiteral("--sync"), panel});
-        waitFor([] { return false; }, 250);  // the map follows a moved panel
+        pause(250);  // the map follows a moved panel
     }
     // A date or time picker: its first field clicked and, stepped up and back
     // down, selected; then the digits typed (each field moves on to the next
@@ -42,18 +42,11 @@ protected:
 TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
 {
     HeadlessRun r;
-    start(r);
     WidgetMap map(mapPath(r));
-    ASSERT_TRUE(waitFor([&] { return map.has(QStringLiteral("row(0)")); }, 6000)) << "no control panel";
-    dismissBalloon(map);
+    ASSERT_TRUE(startWithPanel(r, map)) << "no control panel";
 
     // A new Graph, with two new Nodes: a RAM Node and a Ping Node.
-    // On a busy machine the balloon may come late and take this click: then it is made again.
-    ASSERT_TRUE(click(map, QStringLiteral("imgAddSensor")));
-    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500)) {
-        ASSERT_TRUE(click(map, QStringLiteral("imgAddSensor")));
-    }
-    ASSERT_TRUE(shown(map, QStringLiteral("row(1,0)")));
+    ASSERT_TRUE(clickFor(map, QStringLiteral("imgAddSensor"), QStringLiteral("row(1,0)")));
     ASSERT_TRUE(click(map, QStringLiteral("imgAddNode")));
     ASSERT_TRUE(shown(map, QStringLiteral("row(1,1)")));
     ASSERT_TRUE(click(map, QStringLiteral("imgCategory(1)")));
@@ -67,28 +60,24 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
 
     // The ping target, typed into its box.
     ASSERT_TRUE(click(map, QStringLiteral("txtPingIP")));
-    key(QStringLiteral("ctrl+a"));
-    type(QStringLiteral("127.0.0.1"));
-    key(QStringLiteral("Return"));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node3/PingIP")) == QLatin1String("127.0.0.1"); }, 3000));
+    retype(QStringLiteral("127.0.0.1"));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Sensor2/Node3/PingIP"), QStringLiteral("127.0.0.1")));
 
     // The Graph becomes a Bar Graph.
     ASSERT_TRUE(click(map, QStringLiteral("row(1)")));
     ASSERT_TRUE(click(map, QStringLiteral("imgGraphType(1)")));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/GraphType")) == QLatin1String("2"); }, 3000));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Sensor2/GraphType"), QStringLiteral("2")));
 
     // The RAM Node is renamed in the tree.
     ASSERT_TRUE(click(map, QStringLiteral("row(1,1)"), 1, {-1, -1}, 2));
-    key(QStringLiteral("ctrl+a"));
-    type(QStringLiteral("Memory"));
-    key(QStringLiteral("Return"));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node2/Name")) == QLatin1String("Memory"); }, 3000));
+    retype(QStringLiteral("Memory"));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Sensor2/Node2/Name"), QStringLiteral("Memory")));
 
     // Hidden, then shown again.
     ASSERT_TRUE(click(map, QStringLiteral("row(1)")));
     ASSERT_TRUE(click(map, QStringLiteral("imgVisibleSensor")));
     EXPECT_TRUE(waitFor([&] { return !map.has(QStringLiteral("graph(1)")); }, 3000));
-    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Visible")), QStringLiteral("False"));
+    EXPECT_EQ(r.setting(QStringLiteral("Sensor2/Visible")), QStringLiteral("False"));
     ASSERT_TRUE(click(map, QStringLiteral("imgVisibleSensor")));
     EXPECT_TRUE(waitFor([&] { return map.has(QStringLiteral("graph(1)")); }, 3000));
 
@@ -100,7 +89,7 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     EXPECT_TRUE(waitFor([&] { return !map.has(QStringLiteral("row(1,2)")); }, 3000));
 
     // The panel as the person left it.
-    waitFor([] { return false; }, 1200);
+    pause(1200);
     const QRect panel = map.rect(QStringLiteral("frmMain"));
     ASSERT_FALSE(panel.isEmpty());
     snapshot(QStringLiteral("control-panel.png"), panel);
@@ -112,15 +101,12 @@ TEST_F(DesktopEditing, AWalkThroughThePanelSurvivesARestart)
     ASSERT_TRUE(waitFor([&] { return map2.has(QStringLiteral("row(1,1)")); }, 6000));
     EXPECT_FALSE(map2.has(QStringLiteral("row(1,2)")));
     EXPECT_TRUE(map2.has(QStringLiteral("graph(1)")));
-    EXPECT_EQ(value(r, QStringLiteral("Sensor2/GraphType")), QStringLiteral("2"));
-    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Visible")), QStringLiteral("True"));
-    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node1/Name")), QStringLiteral("Memory"));
-    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node1/NodeType")), QStringLiteral("6"));
-    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node2/NodeType")), QStringLiteral("8"));
-    EXPECT_EQ(value(r, QStringLiteral("Sensor2/Node2/PingIP")), QStringLiteral("127.0.0.1"));
+    const std::map<QString, QString> left{{"GraphType", "2"}, {"Visible", "True"}, {"Node1/Name", "Memory"},
+                                          {"Node1/NodeType", "6"}, {"Node2/NodeType", "8"}, {"Node2/PingIP", "127.0.0.1"}};
+    for (const auto& [key, expected] : left)
+        EXPECT_EQ(r.setting(QStringLiteral("Sensor2/") + key), expected) << qPrintable(key);
     EXPECT_TRUE(stop(r));
 }
-
 
 TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
 {
@@ -135,19 +121,13 @@ TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
     opener.write(QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$@\" >> '%1'\n").arg(opened).toLocal8Bit());
     opener.close();
     opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QProcessEnvironment extra;
-    extra.insert(QStringLiteral("PATH"), bin + QLatin1Char(':') + qEnvironmentVariable("PATH"));
-    extra.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("X-Generic"));
-    start(r, extra);
+    r.extra.insert(QStringLiteral("PATH"), bin + QLatin1Char(':') + qEnvironmentVariable("PATH"));
+    r.extra.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("X-Generic"));
     WidgetMap map(mapPath(r));
-    ASSERT_TRUE(waitFor([&] { return map.has(QStringLiteral("row(0)")); }, 6000)) << "no control panel";
-    dismissBalloon(map);
+    ASSERT_TRUE(startWithPanel(r, map)) << "no control panel";
 
     // A Log Graph from the panel, its window beside it.
-    ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
-    if (!waitFor([&] { return map.has(QStringLiteral("row(1,0)")); }, 2500)) {
-        ASSERT_TRUE(click(map, QStringLiteral("imgViewLogs")));
-    }
+    ASSERT_TRUE(clickFor(map, QStringLiteral("imgViewLogs"), QStringLiteral("row(1,0)")));
     ASSERT_TRUE(shown(map, QStringLiteral("graph(1)")));
     ASSERT_TRUE(shown(map, QStringLiteral("picClock")));
     // The panel to the top left and the Log Graph's window below it on the right, so both show.
@@ -157,29 +137,27 @@ TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
         xdo({QStringLiteral("windowmove"), QStringLiteral("--sync"), panelWindow, QStringLiteral("0"), QStringLiteral("0")});
     if (!graphWindow.isEmpty())
         xdo({QStringLiteral("windowmove"), QStringLiteral("--sync"), graphWindow, QStringLiteral("706"), QStringLiteral("596")});
-    waitFor([] { return false; }, 1500);  // the map follows the moves
+    pause(1500);  // the map follows the moves
 
     // The range, typed into the pickers.
     typeIntoPicker(map, QStringLiteral("DTPickerDateStart"), QStringLiteral("20260304"));
     typeIntoPicker(map, QStringLiteral("DTPickerStart"), QStringLiteral("120000"));
     typeIntoPicker(map, QStringLiteral("DTPickerDateEnd"), QStringLiteral("20260306"));
     typeIntoPicker(map, QStringLiteral("DTPickerEnd"), QStringLiteral("120000"));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/LogStart")) == QLatin1String("20260304120000"); }, 3000))
-        << qPrintable(value(r, QStringLiteral("Sensor2/LogStart")));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/LogEnd")) == QLatin1String("20260306120000"); }, 3000))
-        << qPrintable(value(r, QStringLiteral("Sensor2/LogEnd")));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Sensor2/LogStart"), QStringLiteral("20260304120000")));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Sensor2/LogEnd"), QStringLiteral("20260306120000")));
 
     // The columns of the range; CPU0 for the first Node, the ping's round trip for a second.
     ASSERT_TRUE(click(map, QStringLiteral("imgRefreshLogList")));
     ASSERT_TRUE(shown(map, QStringLiteral("lstvwLogs(6)")));
     ASSERT_TRUE(click(map, QStringLiteral("row(1,0)")));
     ASSERT_TRUE(click(map, QStringLiteral("lstvwLogs(2)")));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node1/LogItemView")) == QLatin1String("CPU0"); }, 3000));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Sensor2/Node1/LogItemView"), QStringLiteral("CPU0")));
     ASSERT_TRUE(click(map, QStringLiteral("imgAddNode")));
     ASSERT_TRUE(shown(map, QStringLiteral("row(1,1)")));
     ASSERT_TRUE(click(map, QStringLiteral("row(1,1)")));
     ASSERT_TRUE(click(map, QStringLiteral("lstvwLogs(4)")));
-    EXPECT_TRUE(waitFor([&] { return value(r, QStringLiteral("Sensor2/Node2/LogItemView")) == QLatin1String("PING_RTT_10.0.0.1"); }, 3000));
+    EXPECT_TRUE(settingBecomes(r, QStringLiteral("Sensor2/Node2/LogItemView"), QStringLiteral("PING_RTT_10.0.0.1")));
 
     // The refresh: the window's plot gets its points at the right end.
     const QRect window = map.rect(QStringLiteral("graph(1)"));
@@ -204,10 +182,10 @@ TEST_F(DesktopEditing, ALogGraphFromThePanelIsRefreshedAndExported)
     // The panel with its clocks and the Log Graph, as the person sees them.
     if (!graphWindow.isEmpty())
         xdo({QStringLiteral("windowactivate"), QStringLiteral("--sync"), graphWindow});
-    waitFor([] { return false; }, 800);
+    pause(800);
     snapshot(QStringLiteral("log-graph-desktop.png"));
     ASSERT_TRUE(stop(r));
-    EXPECT_TRUE(QDir(r.dataDir + QStringLiteral("/Logs")).entryList({QStringLiteral("*.log1")}).isEmpty());
+    EXPECT_TRUE(r.noWorkingCopies());
 }
 
 }  // namespace

@@ -53,6 +53,9 @@ inline bool waitFor(const std::function<bool()>& ready, int ms)
     return ready();
 }
 
+// Lets the program and the X server work for a while (events go on).
+inline void pause(int ms) { waitFor([] { return false; }, ms); }
+
 // The rectangles and texts the program lists in its widget map, by name.
 class WidgetMap {
 public:
@@ -95,19 +98,25 @@ protected:
     }
 
     // Starts build/ormivane on the virtual display with the run's files.
-    void start(HeadlessRun& r, const QProcessEnvironment& extra = {})
+    void start(HeadlessRun& r)
     {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        QProcessEnvironment env = r.environment();
         env.insert(QStringLiteral("DISPLAY"), display);
         env.remove(QStringLiteral("QT_QPA_PLATFORM"));
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), r.dir.filePath(QStringLiteral("xdg")));
         env.insert(QStringLiteral("ORMIVANE_WIDGET_MAP"), mapPath(r));
-        for (const QString& k : extra.keys())
-            env.insert(k, extra.value(k));
         QFile::remove(mapPath(r));
         r.process.setProcessEnvironment(env);
-        r.process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--data-dir"), r.dataDir, QStringLiteral("--config"), r.config});
+        r.process.start(QStringLiteral(ORM_BINARY), r.files());
         ASSERT_TRUE(r.process.waitForStarted(5000));
+    }
+    // Starts it and waits for the control panel and the first start's balloon.
+    bool startWithPanel(HeadlessRun& r, WidgetMap& map)
+    {
+        start(r);
+        if (!waitFor([&] { return map.has(QStringLiteral("row(0)")); }, 6000))
+            return false;
+        dismissBalloon(map);
+        return true;
     }
     static QString mapPath(HeadlessRun& r) { return r.dir.filePath(QStringLiteral("widgets.txt")); }
 
@@ -127,7 +136,7 @@ protected:
         const QPoint p = at.x() < 0 ? r.center() : r.topLeft() + at;
         xdo({QStringLiteral("mousemove"), QString::number(p.x()), QString::number(p.y())});
         xdo({QStringLiteral("click"), QStringLiteral("--repeat"), QString::number(times), QString::number(button)});
-        waitFor([] { return false; }, 300);
+        pause(300);
         return true;
     }
     // Waits for a control or row to show; a picture of the screen is kept when it does not.
@@ -145,7 +154,7 @@ protected:
     void key(const QString& k)
     {
         xdo({QStringLiteral("key"), QStringLiteral("--clearmodifiers"), k});
-        waitFor([] { return false; }, 300);
+        pause(300);
     }
     // The first start's tip stands in a balloon over the panel's corner and the
     // tray: a click puts it away.
@@ -171,20 +180,32 @@ protected:
     }
     static void xdo(const QStringList& args) { run(QStringLiteral("xdotool"), args); }
 
-    static QString value(HeadlessRun& r, const QString& key)
+    // Clicks a control and then the same again when `then` does not show: on a busy
+    // machine a late balloon or notice may take the first click.
+    bool clickFor(WidgetMap& map, const QString& name, const QString& then)
     {
-        QSettings s(r.config, QSettings::IniFormat);
-        return s.value(QStringLiteral("Settings/") + key).toString();
-    }
-    static bool stop(HeadlessRun& r)
-    {
-        QFile f(r.config);
-        if (!f.open(QIODevice::Append))
+        if (!click(map, name))
             return false;
-        f.write("CloseNow=True\n");
-        f.close();
-        return r.process.waitForFinished(8000) && r.process.exitCode() == 0;
+        if (!waitFor([&] { return map.has(then); }, 2500) && !click(map, name))
+            return false;
+        return shown(map, then);
     }
+    // Text typed over what a box holds, and Return.
+    void retype(const QString& text)
+    {
+        key(QStringLiteral("ctrl+a"));
+        type(text);
+        key(QStringLiteral("Return"));
+    }
+    // Waits until the settings file holds `expected` for `key`.
+    static bool settingBecomes(HeadlessRun& r, const QString& key, const QString& expected)
+    {
+        const bool ok = waitFor([&] { return r.setting(key) == expected; }, 3000);
+        if (!ok)
+            ADD_FAILURE() << qPrintable(key) << " is \"" << qPrintable(r.setting(key)) << '"';
+        return ok;
+    }
+    static bool stop(HeadlessRun& r) { return r.appendCloseNow() && finished(r.process, 8000).status == 0; }
 
     QString failureShot = QStringLiteral("desktop-failure.png");
 };

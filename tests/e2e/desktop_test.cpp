@@ -18,7 +18,7 @@ TEST_F(Desktop, FirstStartDrawsAndCloseNowEndsIt)
     EXPECT_FALSE(windowsNamed(QStringLiteral("New Graph 1")).isEmpty());
     EXPECT_FALSE(windowsNamed(QStringLiteral("Ormivane")).isEmpty()) << "no control panel";
     // Let a few ticks draw, then look at the graph window's pixels.
-    waitFor([] { return false; }, 2500);
+    pause(2500);
     const QImage shot = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
     shot.save(QStringLiteral(ORM_BUILD_DIR "/desktop-first-start.png"));
     const QImage graph = shot.copy(map.rect(QStringLiteral("graph(0)")));
@@ -33,7 +33,7 @@ TEST_F(Desktop, FirstStartDrawsAndCloseNowEndsIt)
     // A second start is refused and leaves the first running.
     QProcess second;
     second.setProcessEnvironment(r.process.processEnvironment());
-    second.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--data-dir"), r.dataDir, QStringLiteral("--config"), r.config});
+    second.start(QStringLiteral(ORM_BINARY), r.files());
     ASSERT_TRUE(second.waitForStarted(5000));
     waitFor([&] { return second.readAllStandardError().contains("is already running"); }, 5000);
     key(QStringLiteral("Return"));

@@ -9,25 +9,19 @@ using namespace orm::test;
 
 namespace {
 
+// A Line, a Bar and a tray Graph of RAM Nodes (never 0) in red.
 std::map<QString, QString> threeGraphs()
 {
-    std::map<QString, QString> s{{QStringLiteral("Sensors"), QStringLiteral("3")}};
-    const QString types[] = {QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")};
+    std::map<QString, QString> s{{"Sensors", "3"}};
     for (int g = 1; g <= 3; ++g) {
         const QString k = QStringLiteral("Sensor%1/").arg(g);
-        s[k + QStringLiteral("GraphType")] = types[g - 1];
-        s[k + QStringLiteral("SampleEverySeconds")] = QStringLiteral("1");
-        s[k + QStringLiteral("LocWidth")] = QStringLiteral("568");
-        s[k + QStringLiteral("LocHeight")] = QStringLiteral("159");
-        s[k + QStringLiteral("GraphBackColor")] = QStringLiteral("16777215");
-        s[k + QStringLiteral("DataType")] = QStringLiteral("percent");
-        s[k + QStringLiteral("DataMagnitude")] = QStringLiteral("-1");
-        s[k + QStringLiteral("Nodes")] = g == 1 ? QStringLiteral("1") : QStringLiteral("3");
-        for (int n = 1; n <= 3; ++n) {
-            s[k + QStringLiteral("Node%1/NodeType").arg(n)] = QStringLiteral("6");  // RAM: never 0
-            s[k + QStringLiteral("Node%1/GraphLineType").arg(n)] = QStringLiteral("0");
-            s[k + QStringLiteral("Node%1/PenColor").arg(n)] = QStringLiteral("255");
-        }
+        for (const auto& [key, value] : std::map<QString, QString>{
+                 {"GraphType", QString::number(g)}, {"SampleEverySeconds", "1"}, {"LocWidth", "568"}, {"LocHeight", "159"},
+                 {"GraphBackColor", "16777215"}, {"DataType", "percent"}, {"DataMagnitude", "-1"}, {"Nodes", g == 1 ? "1" : "3"}})
+            s[k + key] = value;
+        for (int n = 1; n <= 3; ++n)
+            for (const auto& [key, value] : std::map<QString, QString>{{"NodeType", "6"}, {"GraphLineType", "0"}, {"PenColor", "255"}})
+                s[k + QStringLiteral("Node%1/").arg(n) + key] = value;
     }
     return s;
 }

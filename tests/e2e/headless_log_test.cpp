@@ -39,13 +39,7 @@ TEST(HeadlessLog, OnlyARunThatDrawsLoadsAPlatformPluginAndFonts)
     QCoreApplication app(argc, nullptr);
     // Nothing to draw; a Gadget Graph; an Alert that prints a Graph.
     const std::vector<std::map<QString, QString>> configs = {
-        {},
-        {{QStringLiteral("Sensors"), QStringLiteral("2")},
-         {QStringLiteral("Sensor2/GraphType"), QStringLiteral("29")}},
-        {{QStringLiteral("Alerts"), QStringLiteral("1")},
-         {QStringLiteral("Alert1/rName"), QStringLiteral("print")},
-         {QStringLiteral("Alert1/rAction"), QStringLiteral("5")}},
-    };
+        {}, {{"Sensors", "2"}, {"Sensor2/GraphType", "29"}}, {{"Alerts", "1"}, {"Alert1/rName", "print"}, {"Alert1/rAction", "5"}}};
     for (size_t c = 0; c < configs.size(); ++c) {
         SCOPED_TRACE(c);
         HeadlessRun run;

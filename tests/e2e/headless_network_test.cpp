@@ -15,10 +15,8 @@ TEST(HeadlessNetwork, LoopbackTrafficAddsUpInTheAdapterColumnsBesideTheProcessCo
     ensureApp();
     HeadlessRun run;
     const QString lo = loopbackIfIndex();
-    std::map<QString, QString> s{{QStringLiteral("Sensors"), QStringLiteral("1")},
-                                 {QStringLiteral("Sensor1/SampleEverySeconds"), QStringLiteral("1")},
-                                 {QStringLiteral("Sensor1/Nodes"), QStringLiteral("4")},
-                                 {QStringLiteral("Sensor1/Node4/NodeType"), QStringLiteral("22")}};
+    std::map<QString, QString> s{
+        {"Sensors", "1"}, {"Sensor1/SampleEverySeconds", "1"}, {"Sensor1/Nodes", "4"}, {"Sensor1/Node4/NodeType", "22"}};
     // Download, upload and errors of the loopback adapter, and the count of processes.
     for (int n = 1; n <= 3; ++n) {
         s[QStringLiteral("Sensor1/Node%1/NodeType").arg(n)] = QString::number(n == 3 ? 11 : 11 + n);
@@ -32,13 +30,12 @@ TEST(HeadlessNetwork, LoopbackTrafficAddsUpInTheAdapterColumnsBesideTheProcessCo
     ASSERT_TRUE(run.finish());
 
     // lo has the lowest interface index, so it is the first adapter row.
-    double down = 0, up = 0;
-    for (const QString& v : run.column(QStringLiteral("ADPT_DN_0")))
-        down += v.toDouble();
-    for (const QString& v : run.column(QStringLiteral("ADPT_UP_0")))
-        up += v.toDouble();
-    EXPECT_NEAR(down, double(moved), moved * 0.05);
-    EXPECT_NEAR(up, double(moved), moved * 0.05);
+    for (const char* column : {"ADPT_DN_0", "ADPT_UP_0"}) {
+        double sum = 0;
+        for (const QString& v : run.column(QLatin1String(column)))
+            sum += v.toDouble();
+        EXPECT_NEAR(sum, double(moved), moved * 0.05) << column;
+    }
     EXPECT_EQ(run.column(QStringLiteral("ADPT_ERR_DN_0")).size(), 6);
     // The run counted itself, and has ended since: one less than its count, plus
     // itself, is the count now, give or take what other processes did meanwhile.
@@ -56,14 +53,10 @@ TEST(HeadlessNetwork, PingToLoopbackAndAProcessUntilItEnds)
     ASSERT_TRUE(child.waitForStarted(5000));
 
     HeadlessRun run;
-    run.writeSettings({{QStringLiteral("Sensors"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor1/SampleEverySeconds"), QStringLiteral("1")},
-                       {QStringLiteral("Sensor1/Nodes"), QStringLiteral("2")},
-                       {QStringLiteral("Sensor1/Node1/NodeType"), QStringLiteral("8")},
-                       {QStringLiteral("Sensor1/Node1/PingIP"), QStringLiteral("127.0.0.1")},
-                       {QStringLiteral("Sensor1/Node1/PingPacketSize"), QStringLiteral("200")},
-                       {QStringLiteral("Sensor1/Node2/NodeType"), QStringLiteral("23")},
-                       {QStringLiteral("Sensor1/Node2/ProcessMonitoring"), name}});
+    run.writeSettings({{"Sensors", "1"}, {"Sensor1/SampleEverySeconds", "1"}, {"Sensor1/Nodes", "2"},
+                       {"Sensor1/Node1/NodeType", "8"}, {"Sensor1/Node1/PingIP", "127.0.0.1"},
+                       {"Sensor1/Node1/PingPacketSize", "200"}, {"Sensor1/Node2/NodeType", "23"},
+                       {"Sensor1/Node2/ProcessMonitoring", name}});
     run.start(6);
     ASSERT_TRUE(run.waitForValueLines(2));
     child.kill();

@@ -6,7 +6,6 @@
 #include "run_headless.h"
 
 #include <QGuiApplication>
-#include <QLocale>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -37,25 +36,13 @@ TEST(HeadlessPrint, LineGraphOfCpuAndRamGoesIntoAOnePagePdf)
     ASSERT_TRUE(run.finish()) << run.process.readAllStandardError().constData();
     EXPECT_EQ(run.valueLines().size(), 3);
 
+    // The page itself is the printing tests' business: here, the Graph of the settings is on it.
     ASSERT_EQ(pageCount(pdf), 1);
     const std::vector<PlacedImage> images = placedImages(pdf);
     ASSERT_EQ(images.size(), 1u);
     EXPECT_EQ(images[0].width, 500);
-    // The picture: its frame and labels in black on white, and the RAM line in blue.
-    const QImage page = pageImage(pdf);
-    const QRect picture(48, 48, 500, 180);
-    EXPECT_GT(countColour(page, picture, QColor(0, 0, 0)), 500);
-    EXPECT_GT(countColour(page, picture, QColor(0, 0, 255)), 0);
-    // The key's squares below it.
-    const QRect key(48, 48 + 180, 500, 60);
-    EXPECT_GT(countColour(page, key, QColor(255, 0, 0)), 25);
-    EXPECT_GT(countColour(page, key, QColor(0, 0, 255)), 25);
-
-    const QString text = pdfText(pdf).simplified();
-    EXPECT_TRUE(text.contains(QStringLiteral("New Node 1 (CPU) New Node 2 (RAM)"))) << qPrintable(text);
-    EXPECT_TRUE(text.contains(QStringLiteral("Printed by Ormivane ") +
-                              QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat)))
-        << qPrintable(text);
+    EXPECT_GT(countColour(pageImage(pdf), QRect(48, 48, 500, 180), QColor(0, 0, 255)), 0);  // the RAM line
+    EXPECT_TRUE(pdfText(pdf).simplified().contains(QStringLiteral("New Node 1 (CPU) New Node 2 (RAM)")));
 }
 
 TEST(HeadlessPrint, RequestsThatCannotBeMetAreToldAndTheRunGoesOn)
@@ -67,10 +54,9 @@ TEST(HeadlessPrint, RequestsThatCannotBeMetAreToldAndTheRunGoesOn)
     QFile old(pdf);
     ASSERT_TRUE(old.open(QIODevice::WriteOnly) && old.write("older page") == 10);
     old.close();
-    run.start(2, {QStringLiteral("--print"), QStringLiteral("2"), pdf});
-    ASSERT_TRUE(run.process.waitForFinished(30000));
-    EXPECT_EQ(run.process.exitCode(), 1);
-    EXPECT_TRUE(run.process.readAllStandardError().contains("Graph 2 is not a Line or Bar Graph"));
+    const Outcome told = run.runToEnd(2, {QStringLiteral("--print"), QStringLiteral("2"), pdf});
+    EXPECT_EQ(told.status, 1);
+    EXPECT_TRUE(told.err.contains("Graph 2 is not a Line or Bar Graph"));
     EXPECT_EQ(run.valueLines().size(), 2);
     ASSERT_TRUE(old.open(QIODevice::ReadOnly));
     EXPECT_EQ(old.readAll(), QByteArray("older page"));
@@ -78,10 +64,9 @@ TEST(HeadlessPrint, RequestsThatCannotBeMetAreToldAndTheRunGoesOn)
     // An incomplete option stops the program before it starts.
     HeadlessRun early;
     early.writeSettings(cpuAndRam());
-    early.start(2, {QStringLiteral("--print"), QStringLiteral("1")});
-    ASSERT_TRUE(early.process.waitForFinished(30000));
-    EXPECT_EQ(early.process.exitCode(), 2);
-    EXPECT_TRUE(early.process.readAllStandardError().contains("--print"));
+    const Outcome stopped = early.runToEnd(2, {QStringLiteral("--print"), QStringLiteral("1")});
+    EXPECT_EQ(stopped.status, 2);
+    EXPECT_TRUE(stopped.err.contains("--print"));
     EXPECT_TRUE(early.valueLines().isEmpty());
 }
 
@@ -101,34 +86,24 @@ std::map<QString, QString> printRule(const QString& graphName)
     return s;
 }
 
-// The program's CUPS_SERVER and HOME (where the user's own CUPS options live) for the runs of a test.
-struct CupsEnvironment {
-    explicit CupsEnvironment(const QString& socket, const QString& home)
-        : server(qgetenv("CUPS_SERVER")), oldHome(qgetenv("HOME"))
-    {
-        qputenv("CUPS_SERVER", QFile::encodeName(socket));
-        qputenv("HOME", QFile::encodeName(home));
-    }
-    ~CupsEnvironment()
-    {
-        qputenv("CUPS_SERVER", server);
-        qputenv("HOME", oldHome);
-    }
-    QByteArray server, oldHome;
-};
+// The program's CUPS server, and its HOME, where the user's own CUPS options live.
+void useCups(HeadlessRun& run, const QString& socket)
+{
+    run.extra.insert(QStringLiteral("CUPS_SERVER"), socket);
+    run.extra.insert(QStringLiteral("HOME"), run.dir.path());
+}
 
 }  // namespace
 
 TEST(HeadlessPrint, AlertWithoutAPrinterSaysSoOnceAndTheRunGoesOn)
 {
     HeadlessRun run;
-    CupsEnvironment cups(run.dir.filePath(QStringLiteral("no-cups.sock")), run.dir.path());
+    useCups(run, run.dir.filePath(QStringLiteral("no-cups.sock")));
     run.writeSettings(printRule(QStringLiteral("Quiet")));
-    run.start(3, {});
-    ASSERT_TRUE(run.finish());
+    const Outcome o = run.runToEnd(3);
+    ASSERT_EQ(o.status, 0);
     EXPECT_EQ(run.valueLines().size(), 3);
-    const QString said = QString::fromLocal8Bit(run.process.readAllStandardError());
-    EXPECT_EQ(said.count(QStringLiteral("No printer is set up")), 1) << qPrintable(said);
+    EXPECT_EQ(o.err.count(QStringLiteral("No printer is set up")), 1) << qPrintable(o.err);
 }
 
 TEST(HeadlessPrint, AlertPrintsTheGraphOnTheDefaultPrinterOnEveryTick)
@@ -142,7 +117,7 @@ TEST(HeadlessPrint, AlertPrintsTheGraphOnTheDefaultPrinterOnEveryTick)
     QString error;
     ASSERT_TRUE(daemon.start(error)) << qPrintable(error);
     ASSERT_TRUE(daemon.addPdfQueue(QStringLiteral("ormivane-pdf"), true, error)) << qPrintable(error);
-    CupsEnvironment cups(daemon.socket(), run.dir.path());
+    useCups(run, daemon.socket());
 
     const QString name = QStringLiteral("AlertProbe%1").arg(QCoreApplication::applicationPid());
     run.writeSettings(printRule(name));

@@ -4,13 +4,34 @@
 
 #include <QCoreApplication>
 #include <QDate>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <map>
 
 namespace orm::test {
+
+// How a run of the program ended: its exit status (-1 when it crashed or hung) and what it wrote.
+struct Outcome {
+    int status = -1;
+    QString out, err;
+    // The program's own lines on stderr; Qt may add its warnings about the environment.
+    QStringList said() const { return err.split(QLatin1Char('\n')).filter(QRegularExpression(QStringLiteral("^ormivane: "))); }
+};
+
+inline Outcome finished(QProcess& p, int ms = 60000)
+{
+    Outcome o;
+    if (!p.waitForFinished(ms))
+        return o;
+    o.status = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    o.out = QString::fromLocal8Bit(p.readAllStandardOutput());
+    o.err = QString::fromLocal8Bit(p.readAllStandardError());
+    return o;
+}
 
 class HeadlessRun {
 public:
@@ -26,18 +47,58 @@ public:
         s.sync();
     }
 
-    void start(int ticks, const QStringList& words = {QStringLiteral("txtDebug")})
+    // The program's environment: its own XDG folders, and `extra` over them.
+    QProcessEnvironment environment() const
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.filePath(QStringLiteral("xdg")));
         env.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("xdg-data")));
-        process.setProcessEnvironment(env);
-        process.start(QStringLiteral(ORM_BINARY), QStringList{QStringLiteral("--headless"),
-                                                              QStringLiteral("--data-dir"), dataDir,
-                                                              QStringLiteral("--config"), config,
-                                                              QStringLiteral("--ticks"), QString::number(ticks)} +
-                                                      words);
+        env.insert(extra);
+        return env;
+    }
+    QStringList files() const { return {QStringLiteral("--data-dir"), dataDir, QStringLiteral("--config"), config}; }
+
+    void start(int ticks, const QStringList& words = {QStringLiteral("txtDebug")})
+    {
+        process.setProcessEnvironment(environment());
+        process.start(QStringLiteral(ORM_BINARY), QStringList{QStringLiteral("--headless")} + files() +
+                                                      QStringList{QStringLiteral("--ticks"), QString::number(ticks)} + words);
         process.waitForStarted(5000);
+    }
+
+    // A run of `ticks` ticks to its end.
+    Outcome runToEnd(int ticks, const QStringList& words = {})
+    {
+        start(ticks, words);
+        return finished(process, 30000);
+    }
+
+    // A second headless program on the same files that runs no ticks (--log-headers, --export-log).
+    Outcome command(const QStringList& args) const
+    {
+        QProcess p;
+        p.setProcessEnvironment(environment());
+        p.start(QStringLiteral(ORM_BINARY), QStringList{QStringLiteral("--headless")} + files() + args);
+        return finished(p);
+    }
+
+    // What the program's own stopper writes into the settings file.
+    bool appendCloseNow() const
+    {
+        QFile f(config);
+        return f.open(QIODevice::Append) && f.write("CloseNow=True\n") > 0;
+    }
+
+    QString setting(const QString& key) const
+    {
+        QSettings s(config, QSettings::IniFormat);
+        return s.value(QStringLiteral("Settings/") + key).toString();
+    }
+
+    // No working copy of a log (*.log1) is left behind.
+    bool noWorkingCopies() const
+    {
+        return QDir(dataDir + QStringLiteral("/Logs")).entryList({QStringLiteral("*.log1")}, QDir::Files).isEmpty();
     }
 
     // Runs the event loop until the log holds `lines` value lines or the run ends.
@@ -114,6 +175,7 @@ public:
 
     QTemporaryDir dir;
     QString dataDir, config;
+    QProcessEnvironment extra;
     QProcess process;
 };
 
