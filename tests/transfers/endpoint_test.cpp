@@ -30,24 +30,6 @@ Answer fetch(QNetworkAccessManager& nam, const QString& url, const QByteArray& v
     return a;
 }
 
-// The program as a server: the line it prints tells where it listens.
-class ServerProcess {
-public:
-    explicit ServerProcess(const QStringList& args)
-    {
-        process.start(QStringLiteral(ORM_BINARY), QStringList{QStringLiteral("--speedtest-server")} + args);
-        process.waitForStarted(5000);
-    }
-    ~ServerProcess()
-    {
-        process.terminate();
-        if (!process.waitForFinished(5000))
-            process.kill();
-        process.waitForFinished(5000);
-    }
-    QProcess process;
-};
-
 TEST(SpeedTestEndpoint, TheProgramServesItsListOrRefusesABadOneWithAClearMessage)
 {
     QTemporaryDir dir;
@@ -58,11 +40,9 @@ TEST(SpeedTestEndpoint, TheProgramServesItsListOrRefusesABadOneWithAClearMessage
         list.write(text);
     }
     {
-        ServerProcess server({QStringLiteral("0"), QStringLiteral("--variations"), good});
-        waitUntil([&] { return server.process.canReadLine() || server.process.state() == QProcess::NotRunning; });
-        const QString line = QString::fromLocal8Bit(server.process.readLine()).trimmed();
-        ASSERT_TRUE(line.startsWith(QStringLiteral("Speed test endpoint on http://127.0.0.1:"))) << line.toStdString();
-        const QString base = line.section(QLatin1Char(' '), 4, 4);  // http://127.0.0.1:P/
+        ProgramServer server({QStringLiteral("0"), QStringLiteral("--variations"), good});
+        ASSERT_TRUE(server.line.startsWith(QStringLiteral("Speed test endpoint on http://127.0.0.1:"))) << server.line.toStdString();
+        const QString& base = server.base;
         QNetworkAccessManager nam;
         EXPECT_TRUE(fetch(nam, base).body.contains("speed test"));
         EXPECT_EQ(fetch(nam, base + QStringLiteral("downvariations.txt")).body, QByteArray("1000|5\r\n3000|10\r\n"));
@@ -83,8 +63,8 @@ TEST(SpeedTestEndpoint, TheProgramServesItsListOrRefusesABadOneWithAClearMessage
         {{QStringLiteral("localhost:99999")}, "not [ADDR:]PORT"},
     };
     for (const auto& [args, says] : cases) {
-        ServerProcess server(args);
-        ASSERT_TRUE(server.process.waitForFinished(10000));
+        ProgramServer server(args);
+        server.process.waitForFinished(10000);
         EXPECT_EQ(server.process.exitCode(), 2);
         EXPECT_TRUE(server.process.readAllStandardError().contains(says)) << says;
     }

@@ -7,20 +7,8 @@
 #include <QFile>
 #include <QSslCertificate>
 #include <QSslConfiguration>
-#include <QTcpServer>
 
 namespace orm::test {
-
-namespace {
-
-QString python()
-{
-    // Debian's own interpreter, not whatever a user's PATH puts first.
-    return QFile::exists(QStringLiteral("/usr/bin/python3")) ? QStringLiteral("/usr/bin/python3")
-                                                             : QStringLiteral("python3");
-}
-
-}  // namespace
 
 bool waitUntil(const std::function<bool()>& done, int ms)
 {
@@ -40,7 +28,7 @@ ScriptServer::ScriptServer(const QString& certFile, const QString& keyFile) : tl
     if (tls_)
         args << QStringLiteral("--tls") << certFile << keyFile;
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process_.start(python(), args);
+    process_.start(QStringLiteral("/usr/bin/python3"), args);  // Debian's own, not the first on a user's PATH
     if (!process_.waitForStarted(5000))
         return;
     QDeadlineTimer deadline(10000);
@@ -68,12 +56,10 @@ QString ScriptServer::url(const QString& path) const
 TestCertificate::TestCertificate()
 {
     QProcess openssl;  // its progress dots are read and dropped
-    openssl.start(QStringLiteral("openssl"),
-                  {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"),
-                   QStringLiteral("-nodes"), QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
-                   QStringLiteral("/CN=127.0.0.1"), QStringLiteral("-addext"),
-                   QStringLiteral("subjectAltName=IP:127.0.0.1"), QStringLiteral("-keyout"), keyFile(),
-                   QStringLiteral("-out"), certFile()});
+    openssl.start(QStringLiteral("openssl"), QStringLiteral("req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=127.0.0.1 "
+                                                            "-addext subjectAltName=IP:127.0.0.1 -keyout %1 -out %2")
+                                                 .arg(keyFile(), certFile())
+                                                 .split(QLatin1Char(' ')));
     ok_ = openssl.waitForFinished(30000) && openssl.exitCode() == 0 && QFile::exists(certFile());
 }
 
@@ -95,15 +81,6 @@ LocalEndpoint::~LocalEndpoint() = default;
 QString LocalEndpoint::url(const QString& path) const
 {
     return QStringLiteral("http://127.0.0.1:%1%2").arg(port_).arg(path);
-}
-
-quint16 closedPort()
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost, 0);
-    const quint16 port = probe.serverPort();
-    probe.close();
-    return port;
 }
 
 }  // namespace orm::test

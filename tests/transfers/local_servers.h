@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <functional>
 #include <memory>
@@ -69,6 +70,38 @@ private:
 };
 
 // A port on 127.0.0.1 where nothing listens.
-quint16 closedPort();
+inline quint16 closedPort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost, 0);
+    return probe.serverPort();
+}
+
+// `ormivane --speedtest-server ARGS` in a process of its own; its first line
+// says where it listens.
+class ProgramServer {
+public:
+    explicit ProgramServer(const QStringList& args)
+    {
+        process.start(QStringLiteral(ORM_BINARY), QStringList{QStringLiteral("--speedtest-server")} + args);
+        process.waitForStarted(5000);
+        process.waitForReadyRead(10000);
+        line = QString::fromLocal8Bit(process.readLine()).trimmed();
+        base = line.section(QLatin1Char(' '), 4, 4);  // http://127.0.0.1:P/
+        port = base.section(QLatin1Char(':'), 2, 2).remove(QLatin1Char('/')).toUShort();
+    }
+    ~ProgramServer()
+    {
+        process.terminate();
+        if (!process.waitForFinished(5000))
+            process.kill();
+        process.waitForFinished(5000);
+    }
+    QString url(const QString& path) const { return base.chopped(1) + path; }
+
+    QProcess process;
+    QString line, base;
+    quint16 port = 0;
+};
 
 }  // namespace orm::test

@@ -3,11 +3,10 @@
 // measures on the same file, a missing file is counted and written to the
 // error file on every sample, and a closed port never passes its test.
 #include "../e2e/run_headless.h"
+#include "../transfers/local_servers.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QProcess>
-#include <QTcpServer>
 #include <algorithm>
 #include <gtest/gtest.h>
 
@@ -43,38 +42,11 @@ double curlSpeed(const QString& url)
     return curl.readAllStandardOutput().trimmed().toDouble();
 }
 
-class Endpoint {
-public:
-    Endpoint()
-    {
-        process.start(QStringLiteral(ORM_BINARY), {QStringLiteral("--speedtest-server"), QStringLiteral("127.0.0.1:0")});
-        process.waitForStarted(5000);
-        process.waitForReadyRead(10000);
-        const QString line = QString::fromLocal8Bit(process.readLine()).trimmed();
-        const QString url = line.section(QLatin1Char(' '), 4, 4);  // http://127.0.0.1:P/
-        port = url.section(QLatin1Char(':'), 2, 2).remove(QLatin1Char('/')).toUShort();
-    }
-    ~Endpoint()
-    {
-        process.terminate();
-        if (!process.waitForFinished(5000))
-            process.kill();
-        process.waitForFinished(5000);
-    }
-    QString url(const QString& path) const { return QStringLiteral("http://127.0.0.1:%1%2").arg(port).arg(path); }
-    QProcess process;
-    quint16 port = 0;
-};
-
 TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
 {
     app();
-    Endpoint server;
+    ProgramServer server({QStringLiteral("127.0.0.1:0")});
     ASSERT_NE(server.port, 0);
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost, 0);
-    const quint16 closed = probe.serverPort();
-    probe.close();
 
     // A data folder without "-": a "-" there misreads the transfer names.
     QTemporaryDir data(QDir::tempPath() + QStringLiteral("/ormheadlessXXXXXX"));
@@ -83,21 +55,17 @@ TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
     run.dataDir = data.path();
     const QString file = server.url(QStringLiteral("/serverdownload.asp?s=1"));
     const QString missing = server.url(QStringLiteral("/nosuchfile"));
-    const QString refused = QStringLiteral("http://127.0.0.1:%1/").arg(closed);
+    const QString refused = QStringLiteral("http://127.0.0.1:%1/").arg(closedPort());
     // The two measured Graphs sample every 4 and every 3 seconds, so that
     // their transfers meet only now and then; those samples are left out.
-    std::map<QString, QString> settings{{QStringLiteral("SpeedTestServer"), QStringLiteral("127.0.0.1:%1").arg(server.port)},
-                                        {QStringLiteral("Sensors"), QStringLiteral("3")},
-                                        {QStringLiteral("Sensor1/SampleEverySeconds"), QStringLiteral("4")},
-                                        {QStringLiteral("Sensor1/Node1/NodeType"), QStringLiteral("17")},
-                                        {QStringLiteral("Sensor1/Node1/VDDownloadSize"), QStringLiteral("1")},
-                                        {QStringLiteral("Sensor2/SampleEverySeconds"), QStringLiteral("3")},
-                                        {QStringLiteral("Sensor2/Nodes"), QStringLiteral("4")},
-                                        {QStringLiteral("Sensor2/Node1/DownloadURL"), file},
-                                        {QStringLiteral("Sensor3/SampleEverySeconds"), QStringLiteral("1")},
-                                        {QStringLiteral("Sensor3/Nodes"), QStringLiteral("2")},
-                                        {QStringLiteral("Sensor3/Node1/DownloadURL"), missing},
-                                        {QStringLiteral("Sensor3/Node2/DownloadURL"), refused}};
+    std::map<QString, QString> settings;
+    for (const QString& pair : {QStringLiteral("SpeedTestServer=127.0.0.1:%1").arg(server.port), QStringLiteral("Sensors=3"),
+                                QStringLiteral("Sensor1/SampleEverySeconds=4"), QStringLiteral("Sensor1/Node1/NodeType=17"),
+                                QStringLiteral("Sensor1/Node1/VDDownloadSize=1"), QStringLiteral("Sensor2/SampleEverySeconds=3"),
+                                QStringLiteral("Sensor2/Nodes=4"), QStringLiteral("Sensor2/Node1/DownloadURL=") + file,
+                                QStringLiteral("Sensor3/SampleEverySeconds=1"), QStringLiteral("Sensor3/Nodes=2"),
+                                QStringLiteral("Sensor3/Node1/DownloadURL=") + missing, QStringLiteral("Sensor3/Node2/DownloadURL=") + refused})
+        settings[pair.section(QLatin1Char('='), 0, 0)] = pair.section(QLatin1Char('='), 1);
     for (const char* website : {"Sensor2/Node1", "Sensor2/Node2", "Sensor2/Node3", "Sensor2/Node4", "Sensor3/Node1", "Sensor3/Node2"})
         settings[QLatin1String(website) + QStringLiteral("/NodeType")] = QStringLiteral("4");
     for (int slave = 2; slave <= 4; ++slave) {  // Bandwidth, Response and Connection Time of the Master's transfers
