@@ -34,11 +34,7 @@ TEST(SpeedTestEndpoint, TheProgramServesItsListOrRefusesABadOneWithAClearMessage
 {
     QTemporaryDir dir;
     const QString good = dir.filePath(QStringLiteral("good.txt")), bad = dir.filePath(QStringLiteral("bad.txt"));
-    for (const auto& [file, text] : {std::pair(good, "1000|5\r\n3000|10\r\n"), std::pair(bad, "1000|5\r\nten|10\r\n")}) {
-        QFile list(file);
-        ASSERT_TRUE(list.open(QIODevice::WriteOnly));
-        list.write(text);
-    }
+    ASSERT_TRUE(writeFile(good, "1000|5\r\n3000|10\r\n") && writeFile(bad, "1000|5\r\nten|10\r\n"));
     {
         ProgramServer server({QStringLiteral("0"), QStringLiteral("--variations"), good});
         ASSERT_TRUE(server.line.startsWith(QStringLiteral("Speed test endpoint on http://127.0.0.1:"))) << server.line.toStdString();

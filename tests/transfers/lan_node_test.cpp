@@ -11,11 +11,7 @@ namespace {
 TEST_F(TransferFixture, ALanNodeOnAMountedShareMeasuresItsCopyAndLeavesItInTemp)
 {
     const qint64 size = 3 * 1000 * 1000;
-    {
-        QFile f(shareDir() + QStringLiteral("/bench.bin"));
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(int(size), 'L'));
-    }
+    ASSERT_TRUE(writeFile(shareDir() + QStringLiteral("/bench.bin"), QByteArray(int(size), 'L')));
     graph(0, 1, {lanFile(QStringLiteral("\\\\testhost\\share\\bench.bin"))});
     ASSERT_TRUE(start());
     ASSERT_TRUE(settle());

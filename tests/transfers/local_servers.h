@@ -4,6 +4,7 @@
 // certificate the test makes and trusts.
 #pragma once
 
+#include <QFile>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -75,6 +76,13 @@ inline quint16 closedPort()
     QTcpServer probe;
     probe.listen(QHostAddress::LocalHost, 0);
     return probe.serverPort();
+}
+
+// Writes a file of the test's; true when all of it is written.
+inline bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
 }
 
 // `ormivane --speedtest-server ARGS` in a process of its own; its first line

@@ -46,10 +46,7 @@ TEST_F(TransferFixture, AtStartOnlyFetchingNodesAreTestedAndOnlyTheShownOneIsTol
 
 TEST_F(TransferFixture, ALanFileIsTestedByCopyingIt)
 {
-    QFile f(shareDir() + QStringLiteral("/test.bin"));
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(QByteArray(4096, 'a'));
-    f.close();
+    ASSERT_TRUE(writeFile(shareDir() + QStringLiteral("/test.bin"), QByteArray(4096, 'a')));
     graph(0, 1, {lanFile(QStringLiteral("\\\\testhost\\share\\test.bin"))});
     onBeforeStart = [this] { show(0, 0); };
     ASSERT_TRUE(start());

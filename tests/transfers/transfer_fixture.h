@@ -26,9 +26,7 @@ protected:
         qputenv("XDG_CONFIG_HOME", root.filePath(QStringLiteral("config")).toLocal8Bit());
         store.writeValue(QStringLiteral("Settings"), QStringLiteral("FirstRun"), QStringLiteral("False"));
         QDir().mkpath(shareDir());
-        QFile table(mountTable());
-        ASSERT_TRUE(table.open(QIODevice::WriteOnly));
-        table.write("//testhost/share " + shareDir().toUtf8() + " cifs rw 0 0\n");
+        ASSERT_TRUE(writeFile(mountTable(), "//testhost/share " + shareDir().toUtf8() + " cifs rw 0 0\n"));
     }
 
     // Graph g (from 0) samples every `seconds` and holds these Nodes.

@@ -18,11 +18,13 @@ protected:
     Transfers& transfers() { return monitor->transfers(); }
     QString urlLabel() { return child<QLabel>(QStringLiteral("lblGen(29)"))->text(); }
     QColor urlColour() { return child<QLineEdit>(QStringLiteral("txtDownloadURL"))->palette().color(QPalette::Text); }
-    void typeUrl(const QString& text)
+    // Types an address as the user does; the label right after.
+    QString typeUrl(const QString& text)
     {
         auto* url = child<QLineEdit>(QStringLiteral("txtDownloadURL"));
         url->setText(text);
         emit url->editingFinished();
+        return urlLabel();
     }
     bool testsEnd()
     {
@@ -37,16 +39,12 @@ TEST_F(TransferControls, TheUrlTestSaysWhatItFoundInTheWordsAndColoursOfThePanel
     panel->load(0, 0);
     EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:"));
 
-    typeUrl(QStringLiteral("http://"));
-    EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:")) << "the address it had: no change, no test";
-    typeUrl(QStringLiteral("www.example.com"));
-    EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:      Must begin with http://"));
+    EXPECT_EQ(typeUrl(QStringLiteral("http://")), QStringLiteral("Download File URL:")) << "the address it had: no change, no test";
+    EXPECT_EQ(typeUrl(QStringLiteral("www.example.com")), QStringLiteral("Download File URL:      Must begin with http://"));
     EXPECT_EQ(urlColour(), fromBgr(255));
-    typeUrl(QStringLiteral("http://"));
-    EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:          Bad URL"));
+    EXPECT_EQ(typeUrl(QStringLiteral("http://")), QStringLiteral("Download File URL:          Bad URL"));
 
-    typeUrl(server.url(QStringLiteral("/serverdownload.asp?s=1")));
-    EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:              Testing Link..."));
+    EXPECT_EQ(typeUrl(server.url(QStringLiteral("/serverdownload.asp?s=1"))), QStringLiteral("Download File URL:              Testing Link..."));
     EXPECT_EQ(stored(0, 0, "DownloadURL"), server.url(QStringLiteral("/serverdownload.asp?s=1")));
     ASSERT_TRUE(testsEnd());
     EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:           Link Test Passed"));
@@ -76,10 +74,8 @@ TEST_F(TransferControls, ALanPathIsCheckedAsWritten)
     node(0, 0).NodeType = LanType;
     panel->load(0, 0);
     EXPECT_EQ(urlLabel(), QStringLiteral("Transfer LAN File:"));
-    typeUrl(QStringLiteral("Z:\\share\\file.bin"));
-    EXPECT_EQ(urlLabel(), QStringLiteral("Transfer LAN File:      Must begin with \\\\"));
-    typeUrl(QStringLiteral("\\\\"));
-    EXPECT_EQ(urlLabel(), QStringLiteral("Transfer LAN File:          Bad File"));
+    EXPECT_EQ(typeUrl(QStringLiteral("Z:\\share\\file.bin")), QStringLiteral("Transfer LAN File:      Must begin with \\\\"));
+    EXPECT_EQ(typeUrl(QStringLiteral("\\\\")), QStringLiteral("Transfer LAN File:          Bad File"));
     typeUrl(QStringLiteral("\\\\nosuchhost\\share\\file.bin"));
     ASSERT_TRUE(testsEnd());
     EXPECT_EQ(urlLabel(), QStringLiteral("Transfer LAN File:              BAD FILE"));
