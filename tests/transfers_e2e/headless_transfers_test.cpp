@@ -14,15 +14,6 @@ using namespace orm::test;
 
 namespace {
 
-QCoreApplication& app()
-{
-    static int argc = 1;
-    static char name[] = "headless_transfers_test";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication instance(argc, argv);
-    return instance;
-}
-
 // A single loopback fetch of some 30 ms strays with whatever else the machine
 // does at that moment; the middle one of several does not.
 double median(std::vector<double> v)
@@ -44,7 +35,6 @@ double curlSpeed(const QString& url)
 
 TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
 {
-    app();
     ProgramServer server({QStringLiteral("127.0.0.1:0")});
     ASSERT_NE(server.port, 0);
 
