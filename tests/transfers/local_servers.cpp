@@ -70,8 +70,7 @@ void TestCertificate::trust() const
     QSslConfiguration::setDefaultConfiguration(conf);
 }
 
-LocalEndpoint::LocalEndpoint(const QByteArray& list)
-    : endpoint_(std::make_unique<SpeedTestEndpoint>(list.isEmpty() ? defaultSpeedTestLadder() : list))
+LocalEndpoint::LocalEndpoint() : endpoint_(std::make_unique<SpeedTestEndpoint>(defaultSpeedTestLadder()))
 {
     port_ = endpoint_->listen(QHostAddress::LocalHost, 0);
 }

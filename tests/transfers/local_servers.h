@@ -57,10 +57,10 @@ private:
     bool ok_ = false;
 };
 
-// The project's endpoint in this process, on a free port of 127.0.0.1.
+// The project's endpoint in this process with its default list, on a free port of 127.0.0.1.
 class LocalEndpoint {
 public:
-    explicit LocalEndpoint(const QByteArray& list = QByteArray());
+    LocalEndpoint();
     ~LocalEndpoint();
     quint16 port() const { return port_; }
     QString url(const QString& path) const;

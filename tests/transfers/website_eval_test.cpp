@@ -40,20 +40,15 @@ TEST_F(WebsiteNodes, EachSlavePicksByItsOwnTypeAndABusyMasterShowsThePreviousRes
     node(0, 0).WebsiteTested = true;  // tested but failed: nothing shows
     EXPECT_EQ(value(1), 0.0);
     EXPECT_FALSE(node(0, 0).WebsiteDue);
-    setMaster(false);
-    EXPECT_EQ(value(0), 7.0) << "the Master shows its own type";
-    EXPECT_EQ(value(1), 100.0) << "a Bandwidth Slave of a Connection Time Master shows the Bandwidth";
-    EXPECT_EQ(value(2), 20.0);
-    EXPECT_EQ(value(3), 7.0);
-    EXPECT_EQ(value(4), 3.0);
-    EXPECT_EQ(value(5), 0.0) << "a Slave whose Master is gone";
+    // The Master shows its own type (Connection Time), each Slave its own (Bandwidth, Response and Connection Time,
+    // Errors), a Slave whose Master is gone 0; while busy the previous results, but never a previous response time.
+    for (const bool busy : {false, true}) {
+        setMaster(busy);
+        const std::vector<double> shown = busy ? std::vector<double>{90, 90, 0, 6, 3, 0} : std::vector<double>{7, 100, 20, 7, 3, 0};
+        for (int n = busy ? 1 : 0; n < 6; ++n)
+            EXPECT_EQ(value(n), shown[size_t(n)]) << (busy ? "busy, Node " : "Node ") << n;
+    }
     EXPECT_FALSE(node(0, 1).WebsiteDue) << "Slaves never fetch";
-
-    setMaster(true);
-    EXPECT_EQ(value(1), 90.0);
-    EXPECT_EQ(value(2), 0.0) << "the previous response time is never kept: 0 while busy";
-    EXPECT_EQ(value(3), 6.0);
-    EXPECT_EQ(value(4), 3.0);
 }
 
 TEST_F(WebsiteNodes, AnIdleMasterIsDueABusyOneWaitsAndALostOneStartsAgain)
