@@ -9,23 +9,18 @@ using namespace orm;
 
 namespace {
 
-QStringList texts(const QByteArray& list)
-{
-    QStringList out;
-    const auto options = parseDownloadOptions(list);
-    if (options)
-        for (const DownloadOption& o : *options)
-            out << o.text;
-    return out;
-}
-
 TEST(DownloadOptions, ALineGivesItsTextAndBadFieldsReadZeroInTheirPlace)
 {
     EXPECT_FALSE(parseDownloadOptions(QByteArray()));
     EXPECT_FALSE(parseDownloadOptions("500000 30\r\n")) << "no | anywhere: no list";
     // The size keeps what is left when the zeros come off ("1500K"), or nothing
     // under 1000; the period goes to minutes and hours with all their digits.
-    EXPECT_EQ(texts("500000|30\r\n\r\n1500|10\n999|100\n2500000|90\n100000|3600\r\n"),
+    const auto options = parseDownloadOptions("500000|30\r\n\r\n1500|10\n999|100\n2500000|90\n100000|3600\r\n");
+    ASSERT_TRUE(options);
+    QStringList texts;
+    for (const DownloadOption& o : *options)
+        texts << o.text;
+    EXPECT_EQ(texts,
               QStringList({QStringLiteral("500K   every 30 seconds"), QStringLiteral("1500K  every 10 seconds"),
                            QStringLiteral("       every 1.66666666666667 minutes"),
                            QStringLiteral("2.5M   every 1.5 minutes"), QStringLiteral("100K   every 1 hours")}))

@@ -144,10 +144,9 @@ TEST(HeadlessTransfers, NodesLogWhatCurlMeasuresAndCountEveryFailure)
     QFile trace(data.filePath(QStringLiteral("Ormivane.txt")));
     ASSERT_TRUE(trace.open(QIODevice::ReadOnly));
     EXPECT_TRUE(trace.readAll().contains("TestDownloadError 1.0"));
-    for (const QString& v : run.column(QStringLiteral("RESULT_") + refused.toUpper()))
-        EXPECT_EQ(v, QStringLiteral("0"));
-    for (const QString& v : run.column(QStringLiteral("RERROR_") + refused.toUpper()))
-        EXPECT_EQ(v, QStringLiteral("0"));
+    for (const char* prefix : {"RESULT_", "RERROR_"})
+        for (const QString& v : run.column(QLatin1String(prefix) + refused.toUpper()))
+            EXPECT_EQ(v, QStringLiteral("0")) << prefix;
 
     // Transfers are never waited for inside a tick.
     for (int ms : run.tickTimes())
