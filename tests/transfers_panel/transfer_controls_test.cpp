@@ -44,7 +44,8 @@ TEST_F(TransferControls, TheUrlTestSaysWhatItFoundInTheWordsAndColoursOfThePanel
     EXPECT_EQ(urlColour(), fromBgr(255));
     EXPECT_EQ(typeUrl(QStringLiteral("http://")), QStringLiteral("Download File URL:          Bad URL"));
 
-    EXPECT_EQ(typeUrl(server.url(QStringLiteral("/serverdownload.asp?s=1"))), QStringLiteral("Download File URL:              Testing Link..."));
+    EXPECT_EQ(typeUrl(server.url(QStringLiteral("/serverdownload.asp?s=1"))),
+              QStringLiteral("Download File URL:              Testing Link..."));
     EXPECT_EQ(stored(0, 0, "DownloadURL"), server.url(QStringLiteral("/serverdownload.asp?s=1")));
     ASSERT_TRUE(testsEnd());
     EXPECT_EQ(urlLabel(), QStringLiteral("Download File URL:           Link Test Passed"));
