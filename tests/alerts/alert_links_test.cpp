@@ -43,13 +43,9 @@ TEST(AlertLinks, ReplacementsShowTagAndValueOnceSet)
     a.eRangeStart = -1, a.eRangeEnd = 3;  // one end unset is still a range
     a.eTimeFrameStart = 20240101000000.0, a.eTimeFrameEnd = 20241231235959.0;
     const std::pair<const char*, const char*> expected[] = {
-        {"Node1", "dGraph (Net), Node (Out)"},
-        {"Graph", "eGraph (Net)"},
-        {"Limit1", "h0.5"},
-        {"Range2", "n-1 to 3"},
-        {"Length of Time", "p90 Seconds"},
+        {"Node1", "dGraph (Net), Node (Out)"}, {"Graph", "eGraph (Net)"}, {"Limit1", "h0.5"},
+        {"Range2", "n-1 to 3"}, {"Length of Time", "p90 Seconds"}, {"(Settings)", "(Settings)"},
         {"Time Frame", "q01/01/2024 00:00:00 to 12/31/2024 23:59:59"},
-        {"(Settings)", "(Settings)"},
     };
     for (const auto& [word, shown] : expected)
         EXPECT_EQ(linkReplacement(QLatin1String(word), a, sensors), QLatin1String(shown)) << word;

@@ -12,13 +12,10 @@ TEST(AlertConditions, NewestSampleAgainstLimitsRangesAndNumbers)
 {
     struct Case { qint16 condition; double limit, start, end, number, value; bool fires; };
     const Case cases[] = {
-        {ExceedsLimit, 5, -1, -1, -1, 5, false},
-        {DropsBelowLimit, 5, -1, -1, -1, 4.9, true},
+        {ExceedsLimit, 5, -1, -1, -1, 5, false}, {DropsBelowLimit, 5, -1, -1, -1, 4.9, true},
         // Ranges either way round; an end itself is neither inside nor outside.
-        {OutsideRange, -1, 10, 5, -1, 4, true},
-        {OutsideRange, -1, 10, 5, -1, 10, false},
-        {InsideRange, -1, 10, 5, -1, 7, true},
-        {InsideRange, -1, 5, 10, -1, 5, false},
+        {OutsideRange, -1, 10, 5, -1, 4, true}, {OutsideRange, -1, 10, 5, -1, 10, false},
+        {InsideRange, -1, 10, 5, -1, 7, true}, {InsideRange, -1, 5, 10, -1, 5, false},
         // An unset range is the single point -1: every other value is outside.
         {OutsideRange, -1, -1, -1, -1, 0, true},
         // Equality is exact.
@@ -87,18 +84,13 @@ TEST(AlertExceptions, OtherNodeTableAsWritten)
 {
     struct Case { qint16 exception; double limit, start, end, number, other; bool fires; };
     const Case cases[] = {
-        {OtherExceeds, 20, -1, -1, -1, 20, false},
-        {OtherDropsBelow, 20, -1, -1, -1, 19, true},
+        {OtherExceeds, 20, -1, -1, -1, 20, false}, {OtherDropsBelow, 20, -1, -1, -1, 19, true},
         // Entered high to low: "above the start or below the end".
-        {OtherOutsideRange, -1, 10, 5, -1, 7, false},
-        {OtherOutsideRange, -1, 10, 5, -1, 11, true},
+        {OtherOutsideRange, -1, 10, 5, -1, 7, false}, {OtherOutsideRange, -1, 10, 5, -1, 11, true},
         {OtherInsideRange, -1, 10, 5, -1, 11, false},
         // Low to high joins with "or": true for nearly every value.
-        {OtherInsideRange, -1, 5, 10, -1, -100, true},
-        {OtherInsideRange, -1, 5, 5, -1, 5, false},
-        {OtherEqualsNumber, -1, -1, -1, 3, 3.5, false},
-        {-1, -1, -1, -1, -1, 0, true},
-        {42, -1, -1, -1, -1, 0, true},
+        {OtherInsideRange, -1, 5, 10, -1, -100, true}, {OtherInsideRange, -1, 5, 5, -1, 5, false},
+        {OtherEqualsNumber, -1, -1, -1, 3, 3.5, false}, {-1, -1, -1, -1, -1, 0, true}, {42, -1, -1, -1, -1, 0, true},
     };
     for (const Case& c : cases) {
         AlertWorld w;
