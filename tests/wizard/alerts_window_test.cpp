@@ -25,11 +25,6 @@ protected:
     void SetUp() override
     {
         WizardFixture::SetUp();
-        open();
-    }
-    void TearDown() override { window.reset(); }
-    void open()
-    {
         window = std::make_unique<AlertsWindow>(*monitor);
         window->setPrompts(&answers);
         window->setFilePicker([this](const QString& filter) {
@@ -38,6 +33,7 @@ protected:
         });
         window->show();
     }
+    void TearDown() override { window.reset(); }
     template <typename T>
     T* child(const QString& name, QWidget* in = nullptr) const
     {
