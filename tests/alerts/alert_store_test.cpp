@@ -44,9 +44,8 @@ Alert fullAlert()
     a.aSound = "/tmp/ding.wav", a.aStartLogging = false;
     a.aSensor = 2, a.aNode = 3, a.cSensor = 0, a.cNode = 1;
     a.cLimit = 0.1 + 0.2;  // needs all 17 digits
-    a.cRangeStart = 10, a.cRangeEnd = 5, a.cNumber = 1e-7;
+    a.cRangeStart = 10, a.cRangeEnd = 5, a.cNumber = 1e-7, a.eNumber = 60, a.eTimeLengthSeconds = 2.5;
     a.cDateValue = 20260305090741, a.cDateType = 4, a.cDateExtra = "extra";
-    a.eNumber = 60, a.eTimeLengthSeconds = 2.5;
     a.eTimeFrameStart = 20260101000000, a.eTimeFrameEnd = 20261231235959, a.eTimeFrameMode = 1;
     a.eSensor = 1, a.eNode = 0, a.eLimit = -273.15, a.eRangeStart = 1e15, a.eRangeEnd = -1e-5;
     return a;

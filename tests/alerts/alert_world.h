@@ -67,9 +67,8 @@ struct AlertWorld {
             graph.SampleEverySeconds = 1;
             graph.Nodes.clear();
             for (int n = 0; n < nodes; ++n) {
-                Node node = newNode(n);
-                node.Name = QStringLiteral("G%1N%2").arg(g).arg(n);
-                graph.Nodes.push_back(node);
+                graph.Nodes.push_back(newNode(n));
+                graph.Nodes.back().Name = QStringLiteral("G%1N%2").arg(g).arg(n);
             }
             Sensors.push_back(graph);
             GraphForms.push_back(std::make_unique<SampleHistoryView>());

@@ -20,15 +20,12 @@ class Recorder:
         self.path = path
 
     async def handle_DATA(self, server, session, envelope):
-        login = password = None
-        if session.auth_data is not None:
-            login = text(session.auth_data.login)
-            password = text(session.auth_data.password)
+        auth = session.auth_data
         record = {
             "greeting": "EHLO" if session.extended_smtp else "HELO",
             "host_name": session.host_name,
-            "login": login,
-            "password": password,
+            "login": text(auth.login) if auth is not None else None,
+            "password": text(auth.password) if auth is not None else None,
             "mail_from": envelope.mail_from,
             "rcpt_tos": envelope.rcpt_tos,
             "content": text(envelope.original_content),
