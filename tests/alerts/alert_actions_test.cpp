@@ -36,10 +36,7 @@ TEST(AlertActions, LoggingSwitchSetsTheNodeAndSavesOnEveryFiring)
     w.store(0, {50, 0});
     w.Sensors[1].Nodes[1].LogData = true;
     Alert& stop = w.add(SwitchLogging, ExceedsLimit);
-    stop.cLimit = 10;
-    stop.aSensor = 1;
-    stop.aNode = 1;
-    stop.aStartLogging = false;
+    stop.cLimit = 10, stop.aSensor = 1, stop.aNode = 1, stop.aStartLogging = false;
     w.tester.TestAlerts();
     EXPECT_FALSE(w.Sensors[1].Nodes[1].LogData);
     EXPECT_EQ(w.saves, 1);
@@ -60,20 +57,15 @@ TEST(AlertActions, LoggingSwitchSetsTheNodeAndSavesOnEveryFiring)
 
 TEST(AlertActions, NoOrTheTimeOutGoesOnAndClosingFollowsEvenARefusedRequest)
 {
-    for (qint16 action : {qint16(RestartComputer), qint16(ShutDownComputer)}) {
-        AlertWorld w;
-        w.store(0, {50, 0});
-        w.add(action, ExceedsLimit).cLimit = 10;
-        w.TickCount = 1;
-        w.host.answerWith = 0;
-        w.host.answerLater(AlertAnswerNo, 50);  // the question waits while the event loop runs
-        w.host.exitAccepted = false;
-        w.tester.TestAlerts();
-        const QString mode = action == RestartComputer ? "2" : "1";
-        EXPECT_EQ(w.host.calls, QStringList({"question:" + exitQuestionText(), "exit:" + mode}));
-        EXPECT_TRUE(w.Closing);
-        EXPECT_TRUE(w.tester.Alerts[0].rEnabled);
-    }
+    AlertWorld w;
+    w.store(0, {50, 0});
+    w.add(RestartComputer, ExceedsLimit).cLimit = 10;
+    w.TickCount = 1, w.host.answerWith = 0, w.host.exitAccepted = false;
+    w.host.answerLater(AlertAnswerNo, 50);  // the question waits while the event loop runs
+    w.tester.TestAlerts();
+    EXPECT_EQ(w.host.calls, QStringList({"question:" + exitQuestionText(), "exit:2"}));
+    EXPECT_TRUE(w.Closing);
+    EXPECT_TRUE(w.tester.Alerts[0].rEnabled);
     EXPECT_EQ(exitQuestionText(),
               "\r\nOne of your Alerts may not be set up correctly and is\r\n"
               "already trying to Restart your computer. Would you like to disable this Alert?\r\n\r\n"
@@ -85,8 +77,7 @@ TEST(AlertActions, ClosingWhileTheQuestionIsUpDoesNotEndTheSession)
     AlertWorld w;
     w.store(0, {50, 0});
     w.add(RestartComputer, ExceedsLimit).cLimit = 10;
-    w.TickCount = 0;
-    w.host.answerWith = 0;
+    w.TickCount = 0, w.host.answerWith = 0;
     QTimer::singleShot(50, [&] { w.Closing = true; });
     w.tester.TestAlerts();
     EXPECT_EQ(w.host.calls.filter("exit:").size(), 0);

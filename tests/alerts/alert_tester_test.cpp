@@ -10,20 +10,12 @@ using namespace orm::test;
 
 TEST(AlertConditions, NewestSampleAgainstLimitsRangesAndNumbers)
 {
-    struct Case {
-        qint16 condition;
-        double limit, start, end, number;
-        double value;
-        bool fires;
-    };
+    struct Case { qint16 condition; double limit, start, end, number, value; bool fires; };
     const Case cases[] = {
-        {ExceedsLimit, 5, -1, -1, -1, 5, false},
-        {DropsBelowLimit, 5, -1, -1, -1, 4.9, true},
+        {ExceedsLimit, 5, -1, -1, -1, 5, false}, {DropsBelowLimit, 5, -1, -1, -1, 4.9, true},
         // Ranges either way round; an end itself is neither inside nor outside.
-        {OutsideRange, -1, 10, 5, -1, 4, true},
-        {OutsideRange, -1, 10, 5, -1, 10, false},
-        {InsideRange, -1, 10, 5, -1, 7, true},
-        {InsideRange, -1, 5, 10, -1, 5, false},
+        {OutsideRange, -1, 10, 5, -1, 4, true}, {OutsideRange, -1, 10, 5, -1, 10, false},
+        {InsideRange, -1, 10, 5, -1, 7, true}, {InsideRange, -1, 5, 10, -1, 5, false},
         // An unset range is the single point -1: every other value is outside.
         {OutsideRange, -1, -1, -1, -1, 0, true},
         // Equality is exact.
@@ -33,10 +25,7 @@ TEST(AlertConditions, NewestSampleAgainstLimitsRangesAndNumbers)
         AlertWorld w;
         w.store(0, {c.value, 0});
         Alert& a = w.add(ShowMessageAction, c.condition);
-        a.cLimit = c.limit;
-        a.cRangeStart = c.start;
-        a.cRangeEnd = c.end;
-        a.cNumber = c.number;
+        a.cLimit = c.limit, a.cRangeStart = c.start, a.cRangeEnd = c.end, a.cNumber = c.number;
         EXPECT_EQ(w.firesOnce(), c.fires) << "condition " << c.condition << " value " << c.value;
     }
 }
@@ -71,12 +60,10 @@ TEST(AlertExceptions, SampleWindowsFireOnlyWhileTheyAreEmpty)
     w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime).eTimeLengthSeconds = 10;  // 2 samples
     w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime).eTimeLengthSeconds = 4;   // 0.8: none
     // An empty window fires without looking at the Node at all.
-    Alert& blind = w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime);
-    blind.eTimeLengthSeconds = 1;
-    blind.cLimit = 1000;
     for (Alert& a : w.tester.Alerts)
-        if (&a != &w.tester.Alerts.back())
-            a.cLimit = 10;
+        a.cLimit = 10;
+    Alert& blind = w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime);
+    blind.eTimeLengthSeconds = 1, blind.cLimit = 1000;
     EXPECT_EQ(w.fired(), (std::vector<int>{0, 1, 1, 0, 1, 1}));
 }
 
@@ -86,50 +73,32 @@ TEST(AlertExceptions, TimeFrameSilencesInsideAndFiresOutsideWithoutLookingAtTheN
     w.store(0, {50, 0});
     const double now = momentNumber(w.clock.now());  // 20260305090741
     Alert& inside = w.add(ShowMessageAction, ExceedsLimit, WithinTimeFrame);
-    inside.cLimit = 10;
-    inside.eTimeFrameStart = now - 1;
-    inside.eTimeFrameEnd = now + 1;
+    inside.cLimit = 10, inside.eTimeFrameStart = now - 1, inside.eTimeFrameEnd = now + 1;
     Alert& outside = w.add(ShowMessageAction, ExceedsLimit, WithinTimeFrame);
     outside.cLimit = 1000;  // the Node is below it, yet the rule fires
-    outside.eTimeFrameStart = now;  // the bounds themselves are outside
-    outside.eTimeFrameEnd = now + 100;
+    outside.eTimeFrameStart = now, outside.eTimeFrameEnd = now + 100;  // the bounds themselves are outside
     EXPECT_EQ(w.fired(), (std::vector<int>{0, 1}));
 }
 
 TEST(AlertExceptions, OtherNodeTableAsWritten)
 {
-    struct Case {
-        qint16 exception;
-        double limit, start, end, number;
-        double other;
-        bool fires;
-    };
+    struct Case { qint16 exception; double limit, start, end, number, other; bool fires; };
     const Case cases[] = {
-        {OtherExceeds, 20, -1, -1, -1, 20, false},
-        {OtherDropsBelow, 20, -1, -1, -1, 19, true},
+        {OtherExceeds, 20, -1, -1, -1, 20, false}, {OtherDropsBelow, 20, -1, -1, -1, 19, true},
         // Entered high to low: "above the start or below the end".
-        {OtherOutsideRange, -1, 10, 5, -1, 7, false},
-        {OtherOutsideRange, -1, 10, 5, -1, 11, true},
+        {OtherOutsideRange, -1, 10, 5, -1, 7, false}, {OtherOutsideRange, -1, 10, 5, -1, 11, true},
         {OtherInsideRange, -1, 10, 5, -1, 11, false},
         // Low to high joins with "or": true for nearly every value.
-        {OtherInsideRange, -1, 5, 10, -1, -100, true},
-        {OtherInsideRange, -1, 5, 5, -1, 5, false},
-        {OtherEqualsNumber, -1, -1, -1, 3, 3.5, false},
-        {-1, -1, -1, -1, -1, 0, true},
-        {42, -1, -1, -1, -1, 0, true},
+        {OtherInsideRange, -1, 5, 10, -1, -100, true}, {OtherInsideRange, -1, 5, 5, -1, 5, false},
+        {OtherEqualsNumber, -1, -1, -1, 3, 3.5, false}, {-1, -1, -1, -1, -1, 0, true}, {42, -1, -1, -1, -1, 0, true},
     };
     for (const Case& c : cases) {
         AlertWorld w;
         w.store(0, {50, 0});
         w.store(1, {0, c.other});
         Alert& a = w.add(ShowMessageAction, ExceedsLimit, c.exception);
-        a.cLimit = 10;
-        a.eSensor = 1;
-        a.eNode = 1;
-        a.eLimit = c.limit;
-        a.eRangeStart = c.start;
-        a.eRangeEnd = c.end;
-        a.eNumber = c.number;
+        a.cLimit = 10, a.eSensor = 1, a.eNode = 1;
+        a.eLimit = c.limit, a.eRangeStart = c.start, a.eRangeEnd = c.end, a.eNumber = c.number;
         EXPECT_EQ(w.firesOnce(), c.fires) << "exception " << c.exception << " other " << c.other;
     }
 }
@@ -141,13 +110,11 @@ TEST(AlertStaleness, MissingGraphsNodesAndZeroIntervalsPassTheAlertOverAndTheRes
     w.add(ShowMessageAction, ExceedsLimit).cSensor = 7;
     w.add(ShowMessageAction, ExceedsLimit).cNode = 2;
     Alert& otherGone = w.add(ShowMessageAction, ExceedsLimit, OtherExceeds);
-    otherGone.eSensor = 0;
-    otherGone.eNode = 9;
+    otherGone.eSensor = 0, otherGone.eNode = 9;
     w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime).eTimeLengthSeconds = 10;
     w.add(ShowMessageAction, ExceedsLimit);  // a plain rule after them all
     Alert& huge = w.add(ShowMessageAction, DropsBelowLimit, WithinLastSamples);
-    huge.eNumber = 1e12;  // bounded by the 16-bit sample index, or it would take hours
-    huge.cSensor = 1;
+    huge.eNumber = 1e12, huge.cSensor = 1;  // bounded by the 16-bit sample index, or it would take hours
     for (Alert& a : w.tester.Alerts)
         a.cLimit = 10;
     w.Sensors[0].SampleEverySeconds = 0;
@@ -164,23 +131,17 @@ TEST(AlertMoments, FiresOnlyAtTheExactSecond)
 {
     AlertWorld w;
     Alert& a = w.add(ShowMessageAction, AtMoment, ForLengthOfTime);
-    a.cSensor = 99;  // neither the Node nor the exception plays a part
-    a.cDateValue = 20260305090742;
-    EXPECT_EQ(w.fired(), (std::vector<int>{0}));
-    w.clock.advance(1000);
-    EXPECT_EQ(w.fired(), (std::vector<int>{1}));
-    w.clock.advance(1000);
-    EXPECT_EQ(w.fired(), (std::vector<int>{0}));
+    a.cSensor = 99, a.cDateValue = 20260305090742;  // neither the Node nor the exception plays a part
+    for (const bool fires : {false, true, false}) {
+        EXPECT_EQ(w.fired(), std::vector<int>{int(fires)});
+        w.clock.advance(1000);
+    }
 }
 
 TEST(AlertNotices, SubjectAndBodyOfEachCondition)
 {
     const QString intro = QStringLiteral("This is an automated email from Ormivane\r\n\r\n");
-    struct Case {
-        qint16 condition;
-        QString subject;
-        QString body;
-    };
+    struct Case { qint16 condition; QString subject, body; };
     const QString cur = QStringLiteral("\r\n\r\nDisk\u00e9 has a current value of 7.5");
     const Case cases[] = {
         {DropsBelowLimit, "Disk\u00e9 has dropped below 1E+15",
@@ -197,10 +158,8 @@ TEST(AlertNotices, SubjectAndBodyOfEachCondition)
         w.store(0, {3, 0});
         w.store(0, {7.5, 0});
         Alert& a = w.add(ShowMessageAction, c.condition);
-        a.cLimit = 1e15;
-        a.cRangeStart = c.condition == OutsideRange ? 1e-5 : 10;
-        a.cRangeEnd = c.condition == OutsideRange ? 2.5 : 5;
-        a.cNumber = 7.5;
+        a.cLimit = 1e15, a.cNumber = 7.5;
+        a.cRangeStart = c.condition == OutsideRange ? 1e-5 : 10, a.cRangeEnd = c.condition == OutsideRange ? 2.5 : 5;
         ASSERT_TRUE(w.firesOnce()) << c.condition;
         EXPECT_EQ(w.tester.AlertMailSubject, c.subject);
         EXPECT_EQ(w.tester.AlertMailBody, c.body);

@@ -25,10 +25,8 @@ public:
     void ShowMessage(const QString& text, bool timed, bool hold) override
     {
         calls << (timed ? QStringLiteral("question:") : QStringLiteral("message:")) + text;
-        if (timed && hold) {
-            awaiting_ = answerWith == 0;
-            answer_ = answerWith;
-        }
+        if (timed && hold)
+            awaiting_ = answerWith == 0, answer_ = answerWith;
     }
     bool AwaitingAnswer() const override { return awaiting_; }
     int Answer() const override { return answer_; }
@@ -43,10 +41,7 @@ public:
     // The user answers a waiting question after `ms`, while the event loop runs.
     void answerLater(int answer, int ms)
     {
-        QTimer::singleShot(ms, [this, answer] {
-            answer_ = answer;
-            awaiting_ = false;
-        });
+        QTimer::singleShot(ms, [this, answer] { answer_ = answer, awaiting_ = false; });
     }
 
 private:
@@ -72,9 +67,8 @@ struct AlertWorld {
             graph.SampleEverySeconds = 1;
             graph.Nodes.clear();
             for (int n = 0; n < nodes; ++n) {
-                Node node = newNode(n);
-                node.Name = QStringLiteral("G%1N%2").arg(g).arg(n);
-                graph.Nodes.push_back(node);
+                graph.Nodes.push_back(newNode(n));
+                graph.Nodes.back().Name = QStringLiteral("G%1N%2").arg(g).arg(n);
             }
             Sensors.push_back(graph);
             GraphForms.push_back(std::make_unique<SampleHistoryView>());
@@ -92,12 +86,8 @@ struct AlertWorld {
     Alert& add(qint16 action, qint16 condition, qint16 exception = NoException)
     {
         Alert a = newAlert(int(tester.Alerts.size()));
-        a.rEnabled = true;
-        a.rAction = action;
-        a.rCondition = condition;
-        a.rException = exception;
-        a.cSensor = 0;
-        a.cNode = 0;
+        a.rEnabled = true, a.rAction = action, a.rCondition = condition, a.rException = exception;
+        a.cSensor = 0, a.cNode = 0;
         tester.Alerts.push_back(a);
         return tester.Alerts.back();
     }

@@ -19,13 +19,11 @@ struct Relay {
     explicit Relay(quint16 port)
     {
         at(port);
-        relay.MailSenderName = QStringLiteral("Build Box");
-        relay.MailSenderEMail = QStringLiteral("monitor@example.org");
-        relay.MailRecipientName = QStringLiteral("Ormivane");
-        relay.MailRecipientEMail = QStringLiteral("admin@example.org");
-        relay.MailSubject = QStringLiteral("CPU has exceeded 90");
-        relay.MailBody = QStringLiteral("First line\r\nSecond line");
+        relay.MailSenderName = "Build Box", relay.MailSenderEMail = "monitor@example.org";
+        relay.MailRecipientName = "Ormivane", relay.MailRecipientEMail = "admin@example.org";
+        relay.MailSubject = "CPU has exceeded 90", relay.MailBody = "First line\r\nSecond line";
     }
+    explicit Relay(SmtpSink& sink) : Relay(sink.port()) { EXPECT_NE(sink.port(), 0) << qPrintable(sink.error()); }
     void at(quint16 port) { relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(port); }
 };
 
@@ -34,8 +32,7 @@ struct Relay {
 TEST(SmtpAgainstAiosmtpd, LoginSendsEhloWithTheUsersLocalPartAndBase64Credentials)
 {
     SmtpSink sink("auth");
-    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
-    Relay r(sink.port());
+    Relay r(sink);
     r.relay.SMTPAuthUser = QStringLiteral("alice@mail.example.org");
     r.relay.SMTPAuthPass = QStringLiteral(" p\u00e4ss:w\"o=rd\\%; ");  // blanks at the ends are sent
     EXPECT_TRUE(r.relay.SendMail());
@@ -52,12 +49,10 @@ TEST(SmtpAgainstAiosmtpd, LoginSendsEhloWithTheUsersLocalPartAndBase64Credential
 TEST(SmtpAgainstAiosmtpd, BlankLoginSendsHeloAndTheMessageGoesAsWrittenWithItsAttachment)
 {
     SmtpSink sink("plain");
-    ASSERT_NE(sink.port(), 0) << qPrintable(sink.error());
+    Relay r(sink);
     QTemporaryDir dir;
-    Relay r(sink.port());
     r.relay.tempFolder = dir.path();
-    r.relay.SMTPAuthUser = QStringLiteral("   ");
-    r.relay.SMTPAuthPass = QStringLiteral("secret");
+    r.relay.SMTPAuthUser = "   ", r.relay.SMTPAuthPass = "secret";
     r.relay.MailBody += QStringLiteral("\r\n.\r\nlost");  // no dot stuffing
     r.relay.MailAttachment = dir.filePath(QStringLiteral("gone.txt"));
     EXPECT_TRUE(r.relay.SendMail());
@@ -97,8 +92,7 @@ TEST(SmtpDialogue, SplitEhloReplyIsTwoRepliesAndTheSecondIsIgnored)
                        reply("334 UGFzc3dvcmQ6\r\n"), reply("235 ok\r\n"), reply("250 ok\r\n"), reply("251 fwd\r\n"),
                        reply("354 go\r\n"), reply("250 queued\r\n")});
     Relay r(peer.port());
-    r.relay.SMTPAuthUser = QStringLiteral("bob");
-    r.relay.SMTPAuthPass = QStringLiteral("pw");
+    r.relay.SMTPAuthUser = "bob", r.relay.SMTPAuthPass = "pw";
     EXPECT_TRUE(r.relay.SendMail());
     const QByteArray expected = "EHLO bob\r\nAUTH LOGIN\r\n" + Base64Encode(QStringLiteral("bob"), 0).toLatin1() +
                                 "\r\n" + Base64Encode(QStringLiteral("pw"), 0).toLatin1() + "\r\n" +
@@ -112,11 +106,7 @@ TEST(SmtpDialogue, SplitEhloReplyIsTwoRepliesAndTheSecondIsIgnored)
 
 TEST(SmtpDialogue, RefusalsHangUpsAndUnparsableRepliesEndTheSendAsAFailure)
 {
-    struct Case {
-        const char* name;
-        std::deque<PeerReply> replies;
-        QByteArray lastCommand;
-    };
+    struct Case { const char* name; std::deque<PeerReply> replies; QByteArray lastCommand; };
     const std::vector<Case> cases = {
         {"5xx to HELO", {reply("550 go away\r\n")}, "HELO monitor\r\n"},
         {"4xx to MAIL", {reply("250 ok\r\n"), reply("421 busy\r\n")}, "MAIL FROM: <monitor@example.org>\r\n"},
@@ -179,11 +169,7 @@ TEST(SmtpDialogue, UnreachableRelayAndUnusableAddressFailAtOnce)
 
 TEST(SmtpAddress, HostPortFormsAndLocalParts)
 {
-    struct Case {
-        const char* server;
-        const char* host;
-        quint16 port;
-    };
+    struct Case { const char* server; const char* host; quint16 port; };
     const Case cases[] = {
         {" 127.0.0.1:2525 ", "127.0.0.1", 2525},
         {"[::1]:587", "::1", 587},

@@ -1,4 +1,4 @@
-// The notification window needs a QApplication; the offscreen platform needs no display.
+// The windows under test need a QApplication; the offscreen platform needs no display.
 #include <QApplication>
 #include <gtest/gtest.h>
 

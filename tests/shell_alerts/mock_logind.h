@@ -4,15 +4,12 @@
 
 #include "pump_until.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <QThread>
 #include <memory>
 
 namespace orm::test {
@@ -26,10 +23,10 @@ public:
                     QStringLiteral("--address=unix:dir=") + dir_.path()});
         if (!bus_.waitForStarted(5000) || !pumpUntil([this] { return bus_.canReadLine(); }))
             return;
-        address_ = QString::fromUtf8(bus_.readLine()).trimmed();
+        const QString address = QString::fromUtf8(bus_.readLine()).trimmed();
 
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), address_);
+        env.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), address);
         mock_.setProcessEnvironment(env);
         mock_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         mock_.start(QStringLiteral("/usr/bin/python3"),
@@ -37,7 +34,7 @@ public:
                      QStringLiteral("-t"), QStringLiteral("logind"), QStringLiteral("-l"), logFile()});
         mock_.waitForStarted(5000);
         connection_ = std::make_unique<QDBusConnection>(
-            QDBusConnection::connectToBus(address_, QStringLiteral("mock-logind-%1").arg(quintptr(this))));
+            QDBusConnection::connectToBus(address, QStringLiteral("mock-logind-%1").arg(quintptr(this))));
         ready_ = connection_->isConnected() && pumpUntil([this] {
                      return connection_->interface()->isServiceRegistered(QStringLiteral("org.freedesktop.login1"))
                          .value();
@@ -63,13 +60,10 @@ public:
     {
         QStringList out;
         QFile f(logFile());
-        if (!f.open(QIODevice::ReadOnly))
-            return out;
-        for (const QByteArray& line : f.readAll().split('\n')) {
-            const QList<QByteArray> words = line.split(' ');
-            if (words.size() >= 2)
-                out << QString::fromUtf8(words[1]);
-        }
+        if (f.open(QIODevice::ReadOnly))
+            for (const QByteArray& line : f.readAll().split('\n'))
+                if (const QList<QByteArray> words = line.split(' '); words.size() >= 2)
+                    out << QString::fromUtf8(words[1]);
         return out;
     }
     bool waitForCall(const QString& method, int ms = 5000) const
@@ -82,7 +76,6 @@ private:
     QTemporaryDir dir_;
     QProcess bus_;
     QProcess mock_;
-    QString address_;
     std::unique_ptr<QDBusConnection> connection_;
     bool ready_ = false;
 };

@@ -13,12 +13,10 @@ class Sentence : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        Graph g;
-        g.Name = QStringLiteral("New Graph 1");
-        Node n;
-        n.Name = QStringLiteral("New ") + QChar(u'\0') + QStringLiteral("Node 1");
-        g.Nodes = {n};
-        sensors = {g};
+        sensors.resize(1);
+        sensors[0].Name = "New Graph 1";
+        sensors[0].Nodes.resize(1);
+        sensors[0].Nodes[0].Name = QStringLiteral("New ") + QChar(u'\0') + QStringLiteral("Node 1");
     }
     void draw() { drawSentence(doc, alert, table, sensors); }
     QTextCharFormat at(int position) const
@@ -48,12 +46,8 @@ protected:
 
 TEST_F(Sentence, SetValuesShowBehindWhiteTagsAndEveryLinkIsBlueAndUnderlined)
 {
-    alert.rAction = ShowMessageAction;
-    alert.aMessage = QStringLiteral("Hot");
-    alert.rCondition = ExceedsLimit;
-    alert.cSensor = 0;
-    alert.cNode = 0;
-    alert.rException = NoException;
+    alert.rAction = ShowMessageAction, alert.aMessage = "Hot", alert.rCondition = ExceedsLimit;
+    alert.cSensor = 0, alert.cNode = 0, alert.rException = NoException;
     draw();
     EXPECT_EQ(shownSentence(doc),
               QStringLiteral("Show a message saying Hot when Graph (New Graph 1), Node (New Node 1) exceeds Limit1"));
@@ -80,11 +74,8 @@ TEST_F(Sentence, SetValuesShowBehindWhiteTagsAndEveryLinkIsBlueAndUnderlined)
 
 TEST_F(Sentence, TheLinkUnderACharacterIncludesItsTag)
 {
-    alert.rAction = SwitchLogging;
-    alert.aStartLogging = false;
-    alert.rCondition = InsideRange;
-    alert.cRangeStart = 1;
-    alert.cRangeEnd = 9;
+    alert.rAction = SwitchLogging, alert.aStartLogging = false;
+    alert.rCondition = InsideRange, alert.cRangeStart = 1, alert.cRangeEnd = 9;
     draw();
     const QString text = doc.toPlainText();
     EXPECT_EQ(shownSentence(doc), QStringLiteral(" Stop logging Node1 when Node2 falls inside of 1 to 9"));
@@ -104,18 +95,13 @@ TEST_F(Sentence, TheLinkUnderACharacterIncludesItsTag)
 
 TEST_F(Sentence, AMomentHasOneLinkAndNoneAddsNoThirdClause)
 {
-    alert.rAction = RestartComputer;
-    alert.rCondition = AtMoment;
-    alert.rException = NoException;
+    alert.rAction = RestartComputer, alert.rCondition = AtMoment, alert.rException = NoException;
     draw();
     EXPECT_EQ(shownSentence(doc), QStringLiteral("Restart this computer at Time or Date"));
     EXPECT_EQ(links(), QStringList{QStringLiteral("Time or Date")});
 
-    alert.cDateValue = 20240131080000.0;
-    alert.rException = OtherExceeds;
-    alert.eSensor = 0;
-    alert.eNode = 0;
-    alert.eLimit = 0;
+    alert.cDateValue = 20240131080000.0, alert.rException = OtherExceeds;
+    alert.eSensor = 0, alert.eNode = 0, alert.eLimit = 0;
     draw();
     EXPECT_EQ(shownSentence(doc), QStringLiteral("Restart this computer at 01/31/2024 08:00:00 if Graph (New Graph 1), "
                                                  "Node (New Node 1) exceeds 0"));
@@ -126,9 +112,10 @@ TEST_F(Sentence, MailHasTheSettingsLinkAndAnEmptyRowGivesNoSentence)
 {
     alert.rAction = SendEmail;
     draw();
-    EXPECT_EQ(links(), QStringList({QStringLiteral("Email Address"), QStringLiteral("(Settings)")}));
+    const QStringList mailLinks{"Email Address", "(Settings)"};
+    EXPECT_EQ(links(), mailLinks);
     SetLinkText(doc, QStringLiteral("Sound"), QStringLiteral("bx.wav"));  // not in the sentence
-    EXPECT_EQ(links(), QStringList({QStringLiteral("Email Address"), QStringLiteral("(Settings)")}));
+    EXPECT_EQ(links(), mailLinks);
 
     alert = Alert();
     draw();

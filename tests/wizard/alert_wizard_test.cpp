@@ -85,10 +85,7 @@ TEST_F(Wizard, ARestartListsTheRuleAsItWasLeft)
     setLink(QStringLiteral("Message"), [](AlertSetting& s) { s.Text = QStringLiteral("Hot"); });
     wizard->cmdNext();
     wizard->cmdNext();
-    setLink(QStringLiteral("Node2"), [](AlertSetting& s) {
-        s.Value1 = 0;
-        s.Value2 = 0;
-    });
+    setLink(QStringLiteral("Node2"), [](AlertSetting& s) { s.Value1 = 0, s.Value2 = 0; });
     wizard->lstAlertOptions_Click(8);  // [NONE]
     wizard->cmdNext();
     wizard->checkRow(0, true);

@@ -25,11 +25,6 @@ protected:
     void SetUp() override
     {
         WizardFixture::SetUp();
-        open();
-    }
-    void TearDown() override { window.reset(); }
-    void open()
-    {
         window = std::make_unique<AlertsWindow>(*monitor);
         window->setPrompts(&answers);
         window->setFilePicker([this](const QString& filter) {
@@ -38,6 +33,7 @@ protected:
         });
         window->show();
     }
+    void TearDown() override { window.reset(); }
     template <typename T>
     T* child(const QString& name, QWidget* in = nullptr) const
     {
@@ -64,6 +60,11 @@ protected:
     {
         EXPECT_TRUE(window->tmrAlerts()->isActive());
         window->tmrAlerts_Timer();
+    }
+    void cancel(AlertSettingsDialog* d)
+    {
+        d->cancelButton()->click();
+        tmrAlerts();
     }
     // The pointer at a character of the sentence, in the box's viewport.
     QPoint pointAt(int position) const
@@ -150,12 +151,7 @@ TEST_F(AlertsWindowTest, EachKindThroughTheDialog)
     click("cmdNewAlert");
     choose(2);
     using Values = std::vector<std::pair<const char*, const char*>>;  // control, value typed
-    struct Kind {
-        const char* word;
-        Values typed;
-        const char* field;
-        const char* value;  // in the settings file after OK
-    };
+    struct Kind { const char* word; Values typed; const char* field, *value; };  // value: in the file after OK
     const std::vector<Kind> kinds = {
         {"Email Address", {{"txtValue", "ops@example.org"}}, "aEmailAddress", "ops@example.org"},
         {"Limit1", {{"txtValue", "80.5"}}, "cLimit", "80.5"},
@@ -245,26 +241,21 @@ TEST_F(AlertsWindowTest, PickersStartFromTheValueAndTheBoxesClamp)
     d = openLink(QStringLiteral("dGraph (New Graph 2), Node (New Node 1)"));
     EXPECT_EQ(child<QComboBox>(QStringLiteral("cmbSensor1"), d)->currentIndex(), 1);
     EXPECT_EQ(child<QComboBox>(QStringLiteral("cmbNode"), d)->currentIndex(), 0);
-    d->cancelButton()->click();
-    tmrAlerts();
+    cancel(d);
 
     // An unset moment starts from the present; a length of time splits into its boxes.
     d = openLink(QStringLiteral("Time or Date"));
     EXPECT_EQ(child<QDateEdit>(QStringLiteral("DTPicker1(2)"), d)->date(), monitor->clock().now().date());
-    d->cancelButton()->click();
-    tmrAlerts();
+    cancel(d);
     alerts()[0].eTimeLengthSeconds = 90061;
     d = openLink(QStringLiteral("Length of Time"));
-    QStringList boxes;
-    for (int i = 0; i < 4; ++i)
-        boxes << child<QLineEdit>(QStringLiteral("txtTimeLength(%1)").arg(i), d)->text();
-    EXPECT_EQ(boxes, QStringList({"1", "1", "1", "1"}));
-    const std::pair<int, const char*> typed[] = {{0, "-2"}, {1, "30"}, {2, "75"}, {3, "60"}};
+    const char* typed[] = {"-2", "30", "75", "60"};
     const char* kept[] = {"0", "23", "59", "59"};
-    for (const auto& [box, text] : typed) {
+    for (int box = 0; box < 4; ++box) {
         QLineEdit* e = child<QLineEdit>(QStringLiteral("txtTimeLength(%1)").arg(box), d);
+        EXPECT_EQ(e->text(), QStringLiteral("1")) << box;
         e->clear();
-        QTest::keyClicks(e, QLatin1String(text));
+        QTest::keyClicks(e, QLatin1String(typed[box]));
         EXPECT_EQ(e->text(), QLatin1String(kept[box])) << box;
     }
     QTest::keyClick(d, Qt::Key_Return);
@@ -296,8 +287,7 @@ TEST_F(AlertsWindowTest, ThePointerFindsLinksAndTheirTags)
     QTest::mouseClick(window->description()->viewport(), Qt::LeftButton, {}, p);
     ASSERT_NE(window->settingsDialog(), nullptr);
     EXPECT_EQ(child<QLineEdit>(QStringLiteral("txtValue"), window->settingsDialog())->text(), QStringLiteral("Hot"));
-    window->settingsDialog()->cancelButton()->click();
-    tmrAlerts();
+    cancel(window->settingsDialog());
     EXPECT_EQ(window->description()->focusPolicy(), Qt::NoFocus);
 }
 
