@@ -54,17 +54,13 @@ protected:
         printer = std::make_unique<GraphPrinter>(*monitor, [this](const QString& s) { statuses << s; });
     }
 
-    // A daemon for this test; skips the test where none can run.
-    bool startDaemon()
+    // Starts a daemon for this test; says why none runs, empty when one does.
+    QString startDaemon()
     {
         const QString why = CupsDaemon::unavailable();
-        if (!why.isEmpty()) {
-            skipReason = why;
-            return false;
-        }
         QString error;
-        EXPECT_TRUE(daemon.start(error)) << qPrintable(error);
-        return error.isEmpty();
+        EXPECT_TRUE(!why.isEmpty() || daemon.start(error)) << qPrintable(error);
+        return why;
     }
 
     // Runs the event loop until the status has `count` entries, at most 60 seconds.
@@ -81,15 +77,12 @@ protected:
     std::unique_ptr<GraphPrinter> printer;
     QStringList statuses;
     CupsDaemon daemon{cupsFolder->path()};
-    QString skipReason;
 };
 
 TEST_F(DefaultPrinterTest, NoPrinterAtAllIsTold)
 {
     // With the daemon up but no queue, or with no daemon at all: no printer either way.
-    if (CupsDaemon::unavailable().isEmpty()) {
-        ASSERT_TRUE(startDaemon());
-    }
+    startDaemon();
     const PrintResult r = printer->printGraph(0);
     EXPECT_EQ(r.outcome, PrintResult::Failed);
     EXPECT_EQ(statuses, QStringList({QStringLiteral("Printing Graph. Please Wait..."),
@@ -98,8 +91,8 @@ TEST_F(DefaultPrinterTest, NoPrinterAtAllIsTold)
 
 TEST_F(DefaultPrinterTest, PageGoesToTheDefaultQueueAndComesOutAsPdf)
 {
-    if (!startDaemon())
-        GTEST_SKIP() << qPrintable(skipReason);
+    if (const QString why = startDaemon(); !why.isEmpty())
+        GTEST_SKIP() << qPrintable(why);
     QString error;
     // The first queue by name is not the default: the default must be the one used.
     ASSERT_TRUE(daemon.addPdfQueue(QStringLiteral("a-other"), false, error)) << qPrintable(error);
