@@ -53,6 +53,8 @@ TEST_F(LogWorkTest, GraphRefreshDrawsTheBucketsOnTheLogGraphsView)
     work->refreshGraphClicked(1);
     EXPECT_EQ(statuses, (QStringList{RefreshingHeadersText, "(13) Records Found", RedrawingGraphText, ""}));
     EXPECT_EQ(points(0).size(), 12u);
+    EXPECT_EQ(std::pair(points(0).back(), points(1).back()), std::pair(70.0, 14.0));  // each Node its own column
+    EXPECT_EQ(view(1).labels().front(), "3/4/26 12:00");
     EXPECT_EQ(drawn.last(), 1);
     EXPECT_FALSE(work->busy() || work->StopLogWork);
     EXPECT_EQ(view(0).writes, 0);  // the live Graph is left alone
