@@ -63,12 +63,6 @@ protected:
         return why;
     }
 
-    // Runs the event loop until the status has `count` entries, at most 60 seconds.
-    bool waitForStatuses(int count)
-    {
-        return QTest::qWaitFor([&] { return statuses.size() >= count; }, 60000);
-    }
-
     ManualClock clock;
     MemoryStore store;
     SourceSet sources;
@@ -101,7 +95,7 @@ TEST_F(DefaultPrinterTest, PageGoesToTheDefaultQueueAndComesOutAsPdf)
     const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
 
     ASSERT_EQ(printer->printGraph(0).outcome, PrintResult::Started);
-    ASSERT_TRUE(waitForStatuses(2));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return statuses.size() >= 2; }, 60000));
     EXPECT_EQ(statuses, QStringList({QStringLiteral("Printing Graph. Please Wait..."), QString()}));
 
     // cups-pdf names the file after the job's title, which holds the Graph's name.
@@ -133,7 +127,7 @@ TEST_F(DefaultPrinterTest, PageGoesToTheDefaultQueueAndComesOutAsPdf)
     ASSERT_TRUE(daemon.run(QStringLiteral("cupsreject"), {QStringLiteral("ormivane-pdf")}, error)) << qPrintable(error);
     statuses.clear();
     ASSERT_EQ(printer->printGraph(0).outcome, PrintResult::Started);
-    ASSERT_TRUE(waitForStatuses(2));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return statuses.size() >= 2; }, 60000));
     EXPECT_TRUE(statuses[1].startsWith(QStringLiteral("The printer ormivane-pdf did not take the Graph: ")))
         << qPrintable(statuses[1]);
     EXPECT_TRUE(statuses[1].contains(QStringLiteral("not accepting"))) << qPrintable(statuses[1]);
