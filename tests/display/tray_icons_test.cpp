@@ -1,6 +1,5 @@
 #include "display/tray_icons.h"
 
-#include <QImage>
 #include <gtest/gtest.h>
 
 using namespace orm;

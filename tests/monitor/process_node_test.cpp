@@ -52,28 +52,22 @@ protected:
 
 TEST_F(ProcessNode, ShowsOnlyItsOwnProcessThroughRebuildsAndEnds)
 {
+    using Values = std::vector<double>;
+    const auto values = [&] { return Values{value(0), value(1), value(2), value(3)}; };
+    // Three processes: the upper bound; sshd; no process of that name, so not row 0's; bash.
     tick();
-    EXPECT_EQ(value(0), 2);           // three processes: the upper bound
-    EXPECT_EQ(value(1), 200 * Page);  // sshd
-    EXPECT_EQ(value(2), 0);           // no process of that name: not row 0's
-    EXPECT_EQ(value(3), 300 * Page);  // bash
+    EXPECT_EQ(values(), (Values{2, 200 * Page, 0, 300 * Page}));
 
     // New processes take the rows sshd and bash stood on.
     addProcess(5, "python3", 900);
     addProcess(15, "cron", 800);
     tick();
-    EXPECT_EQ(value(0), 4);
-    EXPECT_EQ(value(1), 200 * Page);
-    EXPECT_EQ(value(2), 0);
-    EXPECT_EQ(value(3), 300 * Page);
+    EXPECT_EQ(values(), (Values{4, 200 * Page, 0, 300 * Page}));
 
-    // sshd ends: its Node reads 0, whoever stands on its row now.
+    // sshd ends: its Node reads 0, whoever stands on its row now; a new sshd is found again.
     endProcess(10);
     tick();
-    EXPECT_EQ(value(1), 0);
-    EXPECT_EQ(value(3), 300 * Page);
-
-    // and a new sshd is found again.
+    EXPECT_EQ(values(), (Values{3, 0, 0, 300 * Page}));
     addProcess(30, "sshd", 250);
     tick();
     EXPECT_EQ(value(1), 250 * Page);

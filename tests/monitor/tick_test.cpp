@@ -101,7 +101,7 @@ TEST_F(Tick, AFiringDuringATickIsLostAndClosingEndsItBeforeTheLog)
     EXPECT_FALSE(monitor->TickBusy);
 }
 
-TEST(RateRule, FirstSampleIsZeroThenDeltaOverSecondsAndZeroRestartsTheBaseline)
+TEST(CounterRules, RateFromTheSecondSampleOnAndPercentageByMeasuringAndDataType)
 {
     Node n;
     EXPECT_EQ(rateRule(n, 5000, 0), 0);
@@ -110,10 +110,8 @@ TEST(RateRule, FirstSampleIsZeroThenDeltaOverSecondsAndZeroRestartsTheBaseline)
     Node z;
     EXPECT_EQ(rateRule(z, 0, 1), 0);
     EXPECT_EQ(rateRule(z, 4000, 1), 0);  // LastRawValue 0 counts as never read
-}
 
-TEST(PercentageRule, ByMeasuringAndDataTypeAndATotalOfZero)
-{
+    // The percentage rule by measuring and data type, and a total of zero.
     const QString pct = QStringLiteral("percent"), bytes = QStringLiteral("bytes");
     EXPECT_EQ(percentageRule(1, bytes, 8000, 2000), 6000);
     EXPECT_EQ(percentageRule(2, pct, 8000, 2000), 25);

@@ -7,8 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QProcessEnvironment>
-#include <QRegularExpression>
 #include <QString>
 #include <QThread>
 #include <pwd.h>
@@ -48,20 +46,16 @@ public:
         for (const char* sub : {"spool", "cache", "state", "log", "ppd", "tmp"})
             QDir().mkpath(folder_ + QLatin1Char('/') + QLatin1String(sub));
         // The filters run as the lp user: they must reach the spool and write their scratch files.
-        QFile::setPermissions(folder_, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner |
-                                           QFileDevice::ReadOther | QFileDevice::ExeOther | QFileDevice::ReadGroup |
-                                           QFileDevice::ExeGroup);
+        ::chmod(QFile::encodeName(folder_).constData(), 0755);
         ::chmod(QFile::encodeName(folder_ + QStringLiteral("/tmp")).constData(), 01777);
-        write(QStringLiteral("cupsd.conf"), QStringLiteral("Listen %1\nLogLevel warn\nBrowsing Off\nWebInterface No\n"
-                                                           "DefaultAuthType None\n<Location />\n  Order allow,deny\n"
-                                                           "  Allow all\n</Location>\n<Policy default>\n"
-                                                           "  <Limit All>\n    Order deny,allow\n  </Limit>\n"
-                                                           "</Policy>\n")
+        write(QStringLiteral("cupsd.conf"), QStringLiteral("Listen %1\nLogLevel warn\nBrowsing Off\nDefaultAuthType None\n"
+                                                           "<Location />\nOrder allow,deny\nAllow all\n</Location>\n"
+                                                           "<Policy default>\n<Limit All>\nOrder deny,allow\n</Limit>\n</Policy>\n")
                                                 .arg(socket()));
         write(QStringLiteral("cups-files.conf"),
-              QStringLiteral("ServerRoot %1\nRequestRoot %1/spool\nCacheDir %1/cache\nStateDir %1/state\n"
-                             "TempDir %1/tmp\nErrorLog %1/log/error_log\nAccessLog %1/log/access_log\n"
-                             "PageLog %1/log/page_log\nServerBin /usr/lib/cups\nDataDir /usr/share/cups\n")
+              QStringLiteral("ServerRoot %1\nRequestRoot %1/spool\nCacheDir %1/cache\nStateDir %1/state\nTempDir %1/tmp\n"
+                             "ErrorLog %1/log/error_log\nAccessLog %1/log/access_log\nPageLog %1/log/page_log\n"
+                             "ServerBin /usr/lib/cups\nDataDir /usr/share/cups\n")
                   .arg(folder_));
         daemon_.setProcessChannelMode(QProcess::MergedChannels);
         daemon_.start(QStringLiteral("/usr/sbin/cupsd"),

@@ -54,23 +54,13 @@ protected:
         printer = std::make_unique<GraphPrinter>(*monitor, [this](const QString& s) { statuses << s; });
     }
 
-    // A daemon for this test; skips the test where none can run.
-    bool startDaemon()
+    // Starts a daemon for this test; says why none runs, empty when one does.
+    QString startDaemon()
     {
         const QString why = CupsDaemon::unavailable();
-        if (!why.isEmpty()) {
-            skipReason = why;
-            return false;
-        }
         QString error;
-        EXPECT_TRUE(daemon.start(error)) << qPrintable(error);
-        return error.isEmpty();
-    }
-
-    // Runs the event loop until the status has `count` entries, at most 60 seconds.
-    bool waitForStatuses(int count)
-    {
-        return QTest::qWaitFor([&] { return statuses.size() >= count; }, 60000);
+        EXPECT_TRUE(!why.isEmpty() || daemon.start(error)) << qPrintable(error);
+        return why;
     }
 
     ManualClock clock;
@@ -81,15 +71,12 @@ protected:
     std::unique_ptr<GraphPrinter> printer;
     QStringList statuses;
     CupsDaemon daemon{cupsFolder->path()};
-    QString skipReason;
 };
 
 TEST_F(DefaultPrinterTest, NoPrinterAtAllIsTold)
 {
     // With the daemon up but no queue, or with no daemon at all: no printer either way.
-    if (CupsDaemon::unavailable().isEmpty()) {
-        ASSERT_TRUE(startDaemon());
-    }
+    startDaemon();
     const PrintResult r = printer->printGraph(0);
     EXPECT_EQ(r.outcome, PrintResult::Failed);
     EXPECT_EQ(statuses, QStringList({QStringLiteral("Printing Graph. Please Wait..."),
@@ -98,8 +85,8 @@ TEST_F(DefaultPrinterTest, NoPrinterAtAllIsTold)
 
 TEST_F(DefaultPrinterTest, PageGoesToTheDefaultQueueAndComesOutAsPdf)
 {
-    if (!startDaemon())
-        GTEST_SKIP() << qPrintable(skipReason);
+    if (const QString why = startDaemon(); !why.isEmpty())
+        GTEST_SKIP() << qPrintable(why);
     QString error;
     // The first queue by name is not the default: the default must be the one used.
     ASSERT_TRUE(daemon.addPdfQueue(QStringLiteral("a-other"), false, error)) << qPrintable(error);
@@ -108,7 +95,7 @@ TEST_F(DefaultPrinterTest, PageGoesToTheDefaultQueueAndComesOutAsPdf)
     const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
 
     ASSERT_EQ(printer->printGraph(0).outcome, PrintResult::Started);
-    ASSERT_TRUE(waitForStatuses(2));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return statuses.size() >= 2; }, 60000));
     EXPECT_EQ(statuses, QStringList({QStringLiteral("Printing Graph. Please Wait..."), QString()}));
 
     // cups-pdf names the file after the job's title, which holds the Graph's name.
@@ -140,7 +127,7 @@ TEST_F(DefaultPrinterTest, PageGoesToTheDefaultQueueAndComesOutAsPdf)
     ASSERT_TRUE(daemon.run(QStringLiteral("cupsreject"), {QStringLiteral("ormivane-pdf")}, error)) << qPrintable(error);
     statuses.clear();
     ASSERT_EQ(printer->printGraph(0).outcome, PrintResult::Started);
-    ASSERT_TRUE(waitForStatuses(2));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return statuses.size() >= 2; }, 60000));
     EXPECT_TRUE(statuses[1].startsWith(QStringLiteral("The printer ormivane-pdf did not take the Graph: ")))
         << qPrintable(statuses[1]);
     EXPECT_TRUE(statuses[1].contains(QStringLiteral("not accepting"))) << qPrintable(statuses[1]);

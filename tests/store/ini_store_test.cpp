@@ -3,14 +3,11 @@
 #include "model/ini_store.h"
 #include "model/key_value_store.h"
 
-#include <QFile>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include "store_files.h"
 
 #include <csignal>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
