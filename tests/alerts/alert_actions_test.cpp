@@ -36,7 +36,10 @@ TEST(AlertActions, LoggingSwitchSetsTheNodeAndSavesOnEveryFiring)
     w.store(0, {50, 0});
     w.Sensors[1].Nodes[1].LogData = true;
     Alert& stop = w.add(SwitchLogging, ExceedsLimit);
-    stop.cLimit = 10, stop.aSensor = 1, stop.aNode = 1, stop.aStartLogging = false;
+    stop.cLimit = 10;
+    stop.aSensor = 1;
+    stop.aNode = 1;
+    stop.aStartLogging = false;
     w.tester.TestAlerts();
     EXPECT_FALSE(w.Sensors[1].Nodes[1].LogData);
     EXPECT_EQ(w.saves, 1);
@@ -60,7 +63,9 @@ TEST(AlertActions, NoOrTheTimeOutGoesOnAndClosingFollowsEvenARefusedRequest)
     AlertWorld w;
     w.store(0, {50, 0});
     w.add(RestartComputer, ExceedsLimit).cLimit = 10;
-    w.TickCount = 1, w.host.answerWith = 0, w.host.exitAccepted = false;
+    w.TickCount = 1;
+    w.host.answerWith = 0;
+    w.host.exitAccepted = false;
     w.host.answerLater(AlertAnswerNo, 50);  // the question waits while the event loop runs
     w.tester.TestAlerts();
     EXPECT_EQ(w.host.calls, QStringList({"question:" + exitQuestionText(), "exit:2"}));
@@ -77,7 +82,8 @@ TEST(AlertActions, ClosingWhileTheQuestionIsUpDoesNotEndTheSession)
     AlertWorld w;
     w.store(0, {50, 0});
     w.add(RestartComputer, ExceedsLimit).cLimit = 10;
-    w.TickCount = 0, w.host.answerWith = 0;
+    w.TickCount = 0;
+    w.host.answerWith = 0;
     QTimer::singleShot(50, [&] { w.Closing = true; });
     w.tester.TestAlerts();
     EXPECT_EQ(w.host.calls.filter("exit:").size(), 0);

@@ -30,7 +30,8 @@ TEST(AlertLinks, ReplacementsShowTagAndValueOnceSet)
     std::vector<Graph> sensors(2);
     sensors[0].Nodes.resize(1);
     sensors[1].Name = "Net", sensors[1].Nodes.resize(2);
-    sensors[1].Nodes[0].Name = "In", sensors[1].Nodes[1].Name = "Out";
+    sensors[1].Nodes[0].Name = "In";
+    sensors[1].Nodes[1].Name = "Out";
 
     Alert a;
     // Unset fields leave the word, "Start" always shows its state.
@@ -38,10 +39,16 @@ TEST(AlertLinks, ReplacementsShowTagAndValueOnceSet)
     EXPECT_EQ(linkReplacement(QStringLiteral("Time Frame"), a, sensors), QStringLiteral("Time Frame"));
     EXPECT_EQ(linkReplacement(QStringLiteral("Start"), a, sensors), QStringLiteral("rStart"));
 
-    a.aSensor = 1, a.aNode = 1, a.cSensor = 0, a.cNode = 0;
-    a.cLimit = 0.5, a.eTimeLengthSeconds = 90;
-    a.eRangeStart = -1, a.eRangeEnd = 3;  // one end unset is still a range
-    a.eTimeFrameStart = 20240101000000.0, a.eTimeFrameEnd = 20241231235959.0;
+    a.aSensor = 1;
+    a.aNode = 1;
+    a.cSensor = 0;
+    a.cNode = 0;
+    a.cLimit = 0.5;
+    a.eTimeLengthSeconds = 90;
+    a.eRangeStart = -1;
+    a.eRangeEnd = 3;  // one end unset is still a range
+    a.eTimeFrameStart = 20240101000000.0;
+    a.eTimeFrameEnd = 20241231235959.0;
     const std::pair<const char*, const char*> expected[] = {
         {"Node1", "dGraph (Net), Node (Out)"}, {"Graph", "eGraph (Net)"}, {"Limit1", "h0.5"},
         {"Range2", "n-1 to 3"}, {"Length of Time", "p90 Seconds"}, {"(Settings)", "(Settings)"},
@@ -51,7 +58,8 @@ TEST(AlertLinks, ReplacementsShowTagAndValueOnceSet)
         EXPECT_EQ(linkReplacement(QLatin1String(word), a, sensors), QLatin1String(shown)) << word;
 
     // A Graph or Node that is gone leaves the word.
-    a.aNode = 2, a.cSensor = 7;
+    a.aNode = 2;
+    a.cSensor = 7;
     EXPECT_EQ(linkReplacement(QStringLiteral("Node1"), a, sensors), QStringLiteral("Node1"));
     EXPECT_EQ(linkReplacement(QStringLiteral("Graph"), a, sensors), QStringLiteral("eGraph (Net)"));
     EXPECT_EQ(linkReplacement(QStringLiteral("Node2"), a, sensors), QStringLiteral("Node2"));
@@ -82,9 +90,12 @@ TEST(AlertLinks, CodesBeyondTheTableGiveNoClause)
     const AlertOptionTable table = FillAlertOptions();
     Alert a;
     EXPECT_EQ(clauseRows(a, table), (std::array<int, 3>{0, 0, 0}));
-    a.rAction = 9, a.rCondition = 6, a.rException = 0;  // "[NONE]"
+    a.rAction = 9;
+    a.rCondition = 6;
+    a.rException = 0;  // "[NONE]"
     EXPECT_EQ(clauseRows(a, table), (std::array<int, 3>{0, 14, 0}));
-    a.rAction = 3, a.rException = 8;
+    a.rAction = 3;
+    a.rException = 8;
     EXPECT_EQ(clauseRows(a, table), (std::array<int, 3>{3, 14, 22}));
 }
 

@@ -38,16 +38,37 @@ struct StoreFile {
 Alert fullAlert()
 {
     Alert a = newAlert(0);
-    a.rEnabled = true, a.rName = "Hot, \"very\" hot; = #1";
-    a.rAction = SendEmail, a.rCondition = InsideRange, a.rException = OtherInsideRange;
-    a.aEmailAddress = "ops@example.org", a.aApplication = "/usr/bin/true", a.aMessage = "line one\nline two";
-    a.aSound = "/tmp/ding.wav", a.aStartLogging = false;
-    a.aSensor = 2, a.aNode = 3, a.cSensor = 0, a.cNode = 1;
+    a.rEnabled = true;
+    a.rName = "Hot, \"very\" hot; = #1";
+    a.rAction = SendEmail;
+    a.rCondition = InsideRange;
+    a.rException = OtherInsideRange;
+    a.aEmailAddress = "ops@example.org";
+    a.aApplication = "/usr/bin/true";
+    a.aMessage = "line one\nline two";
+    a.aSound = "/tmp/ding.wav";
+    a.aStartLogging = false;
+    a.aSensor = 2;
+    a.aNode = 3;
+    a.cSensor = 0;
+    a.cNode = 1;
     a.cLimit = 0.1 + 0.2;  // needs all 17 digits
-    a.cRangeStart = 10, a.cRangeEnd = 5, a.cNumber = 1e-7, a.eNumber = 60, a.eTimeLengthSeconds = 2.5;
-    a.cDateValue = 20260305090741, a.cDateType = 4, a.cDateExtra = "extra";
-    a.eTimeFrameStart = 20260101000000, a.eTimeFrameEnd = 20261231235959, a.eTimeFrameMode = 1;
-    a.eSensor = 1, a.eNode = 0, a.eLimit = -273.15, a.eRangeStart = 1e15, a.eRangeEnd = -1e-5;
+    a.cRangeStart = 10;
+    a.cRangeEnd = 5;
+    a.cNumber = 1e-7;
+    a.eNumber = 60;
+    a.eTimeLengthSeconds = 2.5;
+    a.cDateValue = 20260305090741;
+    a.cDateType = 4;
+    a.cDateExtra = "extra";
+    a.eTimeFrameStart = 20260101000000;
+    a.eTimeFrameEnd = 20261231235959;
+    a.eTimeFrameMode = 1;
+    a.eSensor = 1;
+    a.eNode = 0;
+    a.eLimit = -273.15;
+    a.eRangeStart = 1e15;
+    a.eRangeEnd = -1e-5;
     return a;
 }
 
@@ -65,10 +86,12 @@ TEST(AlertStore, EveryValueAndEveryMailSettingComesBackFromTheFile)
 {
     StoreFile f;
     MailSettings mail;
-    mail.SMTPServer = "127.0.0.1:2525", mail.SMTPAuthUser = "user@example.org";
+    mail.SMTPServer = "127.0.0.1:2525";
+    mail.SMTPAuthUser = "user@example.org";
     // Any character but NUL: quotes, backslashes, separators, line ends, blanks at the ends.
     mail.SMTPAuthPass = QStringLiteral("  p\"a\\s;s=w#o,r[d]%\r\n\t\u00e9\u4e2d\U0001F600 ");
-    mail.MailSenderName = "Build Box", mail.MailSenderEMail = "box@example.org";
+    mail.MailSenderName = "Build Box";
+    mail.MailSenderEMail = "box@example.org";
     const std::vector<Alert> alerts = {fullAlert(), newAlert(1)};
     {
         IniStore store(f.path);

@@ -25,7 +25,10 @@ TEST(AlertConditions, NewestSampleAgainstLimitsRangesAndNumbers)
         AlertWorld w;
         w.store(0, {c.value, 0});
         Alert& a = w.add(ShowMessageAction, c.condition);
-        a.cLimit = c.limit, a.cRangeStart = c.start, a.cRangeEnd = c.end, a.cNumber = c.number;
+        a.cLimit = c.limit;
+        a.cRangeStart = c.start;
+        a.cRangeEnd = c.end;
+        a.cNumber = c.number;
         EXPECT_EQ(w.firesOnce(), c.fires) << "condition " << c.condition << " value " << c.value;
     }
 }
@@ -63,7 +66,8 @@ TEST(AlertExceptions, SampleWindowsFireOnlyWhileTheyAreEmpty)
     for (Alert& a : w.tester.Alerts)
         a.cLimit = 10;
     Alert& blind = w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime);
-    blind.eTimeLengthSeconds = 1, blind.cLimit = 1000;
+    blind.eTimeLengthSeconds = 1;
+    blind.cLimit = 1000;
     EXPECT_EQ(w.fired(), (std::vector<int>{0, 1, 1, 0, 1, 1}));
 }
 
@@ -73,10 +77,13 @@ TEST(AlertExceptions, TimeFrameSilencesInsideAndFiresOutsideWithoutLookingAtTheN
     w.store(0, {50, 0});
     const double now = momentNumber(w.clock.now());  // 20260305090741
     Alert& inside = w.add(ShowMessageAction, ExceedsLimit, WithinTimeFrame);
-    inside.cLimit = 10, inside.eTimeFrameStart = now - 1, inside.eTimeFrameEnd = now + 1;
+    inside.cLimit = 10;
+    inside.eTimeFrameStart = now - 1;
+    inside.eTimeFrameEnd = now + 1;
     Alert& outside = w.add(ShowMessageAction, ExceedsLimit, WithinTimeFrame);
     outside.cLimit = 1000;  // the Node is below it, yet the rule fires
-    outside.eTimeFrameStart = now, outside.eTimeFrameEnd = now + 100;  // the bounds themselves are outside
+    outside.eTimeFrameStart = now;
+    outside.eTimeFrameEnd = now + 100;  // the bounds themselves are outside
     EXPECT_EQ(w.fired(), (std::vector<int>{0, 1}));
 }
 
@@ -97,8 +104,13 @@ TEST(AlertExceptions, OtherNodeTableAsWritten)
         w.store(0, {50, 0});
         w.store(1, {0, c.other});
         Alert& a = w.add(ShowMessageAction, ExceedsLimit, c.exception);
-        a.cLimit = 10, a.eSensor = 1, a.eNode = 1;
-        a.eLimit = c.limit, a.eRangeStart = c.start, a.eRangeEnd = c.end, a.eNumber = c.number;
+        a.cLimit = 10;
+        a.eSensor = 1;
+        a.eNode = 1;
+        a.eLimit = c.limit;
+        a.eRangeStart = c.start;
+        a.eRangeEnd = c.end;
+        a.eNumber = c.number;
         EXPECT_EQ(w.firesOnce(), c.fires) << "exception " << c.exception << " other " << c.other;
     }
 }
@@ -110,11 +122,13 @@ TEST(AlertStaleness, MissingGraphsNodesAndZeroIntervalsPassTheAlertOverAndTheRes
     w.add(ShowMessageAction, ExceedsLimit).cSensor = 7;
     w.add(ShowMessageAction, ExceedsLimit).cNode = 2;
     Alert& otherGone = w.add(ShowMessageAction, ExceedsLimit, OtherExceeds);
-    otherGone.eSensor = 0, otherGone.eNode = 9;
+    otherGone.eSensor = 0;
+    otherGone.eNode = 9;
     w.add(ShowMessageAction, ExceedsLimit, ForLengthOfTime).eTimeLengthSeconds = 10;
     w.add(ShowMessageAction, ExceedsLimit);  // a plain rule after them all
     Alert& huge = w.add(ShowMessageAction, DropsBelowLimit, WithinLastSamples);
-    huge.eNumber = 1e12, huge.cSensor = 1;  // bounded by the 16-bit sample index, or it would take hours
+    huge.eNumber = 1e12;
+    huge.cSensor = 1;  // bounded by the 16-bit sample index, or it would take hours
     for (Alert& a : w.tester.Alerts)
         a.cLimit = 10;
     w.Sensors[0].SampleEverySeconds = 0;
@@ -131,7 +145,8 @@ TEST(AlertMoments, FiresOnlyAtTheExactSecond)
 {
     AlertWorld w;
     Alert& a = w.add(ShowMessageAction, AtMoment, ForLengthOfTime);
-    a.cSensor = 99, a.cDateValue = 20260305090742;  // neither the Node nor the exception plays a part
+    a.cSensor = 99;
+    a.cDateValue = 20260305090742;  // neither the Node nor the exception plays a part
     for (const bool fires : {false, true, false}) {
         EXPECT_EQ(w.fired(), std::vector<int>{int(fires)});
         w.clock.advance(1000);
@@ -158,8 +173,10 @@ TEST(AlertNotices, SubjectAndBodyOfEachCondition)
         w.store(0, {3, 0});
         w.store(0, {7.5, 0});
         Alert& a = w.add(ShowMessageAction, c.condition);
-        a.cLimit = 1e15, a.cNumber = 7.5;
-        a.cRangeStart = c.condition == OutsideRange ? 1e-5 : 10, a.cRangeEnd = c.condition == OutsideRange ? 2.5 : 5;
+        a.cLimit = 1e15;
+        a.cNumber = 7.5;
+        a.cRangeStart = c.condition == OutsideRange ? 1e-5 : 10;
+        a.cRangeEnd = c.condition == OutsideRange ? 2.5 : 5;
         ASSERT_TRUE(w.firesOnce()) << c.condition;
         EXPECT_EQ(w.tester.AlertMailSubject, c.subject);
         EXPECT_EQ(w.tester.AlertMailBody, c.body);

@@ -25,8 +25,10 @@ public:
     void ShowMessage(const QString& text, bool timed, bool hold) override
     {
         calls << (timed ? QStringLiteral("question:") : QStringLiteral("message:")) + text;
-        if (timed && hold)
-            awaiting_ = answerWith == 0, answer_ = answerWith;
+        if (timed && hold) {
+            awaiting_ = answerWith == 0;
+            answer_ = answerWith;
+        }
     }
     bool AwaitingAnswer() const override { return awaiting_; }
     int Answer() const override { return answer_; }
@@ -86,8 +88,12 @@ struct AlertWorld {
     Alert& add(qint16 action, qint16 condition, qint16 exception = NoException)
     {
         Alert a = newAlert(int(tester.Alerts.size()));
-        a.rEnabled = true, a.rAction = action, a.rCondition = condition, a.rException = exception;
-        a.cSensor = 0, a.cNode = 0;
+        a.rEnabled = true;
+        a.rAction = action;
+        a.rCondition = condition;
+        a.rException = exception;
+        a.cSensor = 0;
+        a.cNode = 0;
         tester.Alerts.push_back(a);
         return tester.Alerts.back();
     }

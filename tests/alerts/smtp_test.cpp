@@ -19,9 +19,12 @@ struct Relay {
     explicit Relay(quint16 port)
     {
         at(port);
-        relay.MailSenderName = "Build Box", relay.MailSenderEMail = "monitor@example.org";
-        relay.MailRecipientName = "Ormivane", relay.MailRecipientEMail = "admin@example.org";
-        relay.MailSubject = "CPU has exceeded 90", relay.MailBody = "First line\r\nSecond line";
+        relay.MailSenderName = "Build Box";
+        relay.MailSenderEMail = "monitor@example.org";
+        relay.MailRecipientName = "Ormivane";
+        relay.MailRecipientEMail = "admin@example.org";
+        relay.MailSubject = "CPU has exceeded 90";
+        relay.MailBody = "First line\r\nSecond line";
     }
     explicit Relay(SmtpSink& sink) : Relay(sink.port()) { EXPECT_NE(sink.port(), 0) << qPrintable(sink.error()); }
     void at(quint16 port) { relay.SMTPServer = QStringLiteral("127.0.0.1:") + QString::number(port); }
@@ -52,7 +55,8 @@ TEST(SmtpAgainstAiosmtpd, BlankLoginSendsHeloAndTheMessageGoesAsWrittenWithItsAt
     Relay r(sink);
     QTemporaryDir dir;
     r.relay.tempFolder = dir.path();
-    r.relay.SMTPAuthUser = "   ", r.relay.SMTPAuthPass = "secret";
+    r.relay.SMTPAuthUser = "   ";
+    r.relay.SMTPAuthPass = "secret";
     r.relay.MailBody += QStringLiteral("\r\n.\r\nlost");  // no dot stuffing
     r.relay.MailAttachment = dir.filePath(QStringLiteral("gone.txt"));
     EXPECT_TRUE(r.relay.SendMail());
@@ -92,7 +96,8 @@ TEST(SmtpDialogue, SplitEhloReplyIsTwoRepliesAndTheSecondIsIgnored)
                        reply("334 UGFzc3dvcmQ6\r\n"), reply("235 ok\r\n"), reply("250 ok\r\n"), reply("251 fwd\r\n"),
                        reply("354 go\r\n"), reply("250 queued\r\n")});
     Relay r(peer.port());
-    r.relay.SMTPAuthUser = "bob", r.relay.SMTPAuthPass = "pw";
+    r.relay.SMTPAuthUser = "bob";
+    r.relay.SMTPAuthPass = "pw";
     EXPECT_TRUE(r.relay.SendMail());
     const QByteArray expected = "EHLO bob\r\nAUTH LOGIN\r\n" + Base64Encode(QStringLiteral("bob"), 0).toLatin1() +
                                 "\r\n" + Base64Encode(QStringLiteral("pw"), 0).toLatin1() + "\r\n" +

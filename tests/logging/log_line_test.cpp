@@ -65,7 +65,8 @@ TEST(LogLine, GroupsInTableOrderWithTheirNumberForms)
     g.logDrives = {true, true, true};
     in = LogInputs{};
     in.drives = {{QStringLiteral("/"), 1, 2, 3}};
-    in.battery = 50, in.processUpperBound = 9;  // flags off: not written
+    in.battery = 50;
+    in.processUpperBound = 9;  // flags off: not written
     EXPECT_EQ(build(g, in).fields, "#Fields: DATE,TIME,SAMPLE_LENGTH_MILLI_S,SYS_TMR,DISK_FREE_/,DISK_R_/,DISK_W_/");
     EXPECT_EQ(build(g, in).values, Start + ",1,2,3");
 }
@@ -74,7 +75,10 @@ TEST(LogLine, NodeColumnsByType)
 {
     Node web = loggedNode(WebsiteType);
     web.DownloadURL = QStringLiteral("http://ex ample.com/a,b c");
-    web.Bandwidth = 812.25, web.ResponseTime = 340, web.ConnectTime = 41, web.ErrorCount = 2;
+    web.Bandwidth = 812.25;
+    web.ResponseTime = 340;
+    web.ConnectTime = 41;
+    web.ErrorCount = 2;
     Node slave = loggedNode(WebsiteType);
     slave.WebsiteMaster = false;
     Node lan = loggedNode(LanType);
@@ -82,7 +86,8 @@ TEST(LogLine, NodeColumnsByType)
     lan.Bandwidth = 1e15;
     Node ping = loggedNode(PingType);
     ping.PingIP = QStringLiteral("Local Host,1");  // used as typed
-    ping.PingPacketSize = 1472, ping.PingState4 = 3;
+    ping.PingPacketSize = 1472;
+    ping.PingState4 = 3;
     Node speed = loggedNode(SpeedTestType);
     speed.Bandwidth = 0.5;
     Node quiet = loggedNode(PingType);

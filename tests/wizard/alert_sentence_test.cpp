@@ -46,8 +46,12 @@ protected:
 
 TEST_F(Sentence, SetValuesShowBehindWhiteTagsAndEveryLinkIsBlueAndUnderlined)
 {
-    alert.rAction = ShowMessageAction, alert.aMessage = "Hot", alert.rCondition = ExceedsLimit;
-    alert.cSensor = 0, alert.cNode = 0, alert.rException = NoException;
+    alert.rAction = ShowMessageAction;
+    alert.aMessage = "Hot";
+    alert.rCondition = ExceedsLimit;
+    alert.cSensor = 0;
+    alert.cNode = 0;
+    alert.rException = NoException;
     draw();
     EXPECT_EQ(shownSentence(doc),
               QStringLiteral("Show a message saying Hot when Graph (New Graph 1), Node (New Node 1) exceeds Limit1"));
@@ -74,8 +78,11 @@ TEST_F(Sentence, SetValuesShowBehindWhiteTagsAndEveryLinkIsBlueAndUnderlined)
 
 TEST_F(Sentence, TheLinkUnderACharacterIncludesItsTag)
 {
-    alert.rAction = SwitchLogging, alert.aStartLogging = false;
-    alert.rCondition = InsideRange, alert.cRangeStart = 1, alert.cRangeEnd = 9;
+    alert.rAction = SwitchLogging;
+    alert.aStartLogging = false;
+    alert.rCondition = InsideRange;
+    alert.cRangeStart = 1;
+    alert.cRangeEnd = 9;
     draw();
     const QString text = doc.toPlainText();
     EXPECT_EQ(shownSentence(doc), QStringLiteral(" Stop logging Node1 when Node2 falls inside of 1 to 9"));
@@ -95,13 +102,18 @@ TEST_F(Sentence, TheLinkUnderACharacterIncludesItsTag)
 
 TEST_F(Sentence, AMomentHasOneLinkAndNoneAddsNoThirdClause)
 {
-    alert.rAction = RestartComputer, alert.rCondition = AtMoment, alert.rException = NoException;
+    alert.rAction = RestartComputer;
+    alert.rCondition = AtMoment;
+    alert.rException = NoException;
     draw();
     EXPECT_EQ(shownSentence(doc), QStringLiteral("Restart this computer at Time or Date"));
     EXPECT_EQ(links(), QStringList{QStringLiteral("Time or Date")});
 
-    alert.cDateValue = 20240131080000.0, alert.rException = OtherExceeds;
-    alert.eSensor = 0, alert.eNode = 0, alert.eLimit = 0;
+    alert.cDateValue = 20240131080000.0;
+    alert.rException = OtherExceeds;
+    alert.eSensor = 0;
+    alert.eNode = 0;
+    alert.eLimit = 0;
     draw();
     EXPECT_EQ(shownSentence(doc), QStringLiteral("Restart this computer at 01/31/2024 08:00:00 if Graph (New Graph 1), "
                                                  "Node (New Node 1) exceeds 0"));
