@@ -53,7 +53,6 @@ public:
 };
 
 // The module's entry: a new Drawing.
-using NewDrawing = Drawing*();
 inline constexpr char NewDrawingEntry[] = "ormivaneNewDrawing";
 
 }  // namespace orm

@@ -42,12 +42,9 @@ int main(int argc, char* argv[])
     std::unique_ptr<Drawing> drawing;
     if (mode != RunMode::Counting) {
         drawingModule.emplace("ormivane_drawing");
-        auto* make = drawingModule->function<NewDrawing>(NewDrawingEntry);
-        if (!make) {
-            std::fprintf(stderr, "ormivane: cannot draw: %s\n", qPrintable(drawingModule->error()));
+        drawing.reset(drawingModule->make<Drawing>(NewDrawingEntry, "cannot draw"));
+        if (!drawing)
             return 1;
-        }
-        drawing.reset(make());
     }
     if (mode == RunMode::Drawing && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

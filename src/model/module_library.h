@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <cstdio>
+
 namespace orm {
 
 class ModuleLibrary {
@@ -25,6 +27,19 @@ public:
     Function* function(const char* name)
     {
         return reinterpret_cast<Function*>(symbol(name));
+    }
+
+    // A new T from the module's entry `name`, which takes no argument; null,
+    // and why said on standard error after `what`, when the module or the
+    // entry is missing.
+    template <class T>
+    T* make(const char* name, const char* what)
+    {
+        if (auto* entry = function<T*()>(name))
+            return entry();
+        std::fprintf(stderr, "ormivane: %s: %s\n", what, qPrintable(error_));
+        std::fflush(stderr);
+        return nullptr;
     }
 
 private:

@@ -1,7 +1,5 @@
 #include "shell/module_power.h"
 
-#include <cstdio>
-
 namespace orm {
 
 ModulePower::~ModulePower()
@@ -13,11 +11,7 @@ bool ModulePower::ExitComputer(int mode)
 {
     if (!module_) {
         module_.emplace("ormivane_power");
-        if (auto* make = module_->function<NewComputerPower>(NewComputerPowerEntry))
-            power_.reset(make());
-        else
-            std::fprintf(stderr, "ormivane: cannot restart or shut down: %s\n", qPrintable(module_->error()));
-        std::fflush(stderr);
+        power_.reset(module_->make<ComputerPower>(NewComputerPowerEntry, "cannot restart or shut down"));
     }
     return power_ && power_->ExitComputer(mode);
 }

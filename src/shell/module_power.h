@@ -11,7 +11,6 @@
 namespace orm {
 
 // The power module's entry: a LogindPower on the system bus, with systemctl behind it.
-using NewComputerPower = ComputerPower*();
 inline constexpr char NewComputerPowerEntry[] = "ormivaneNewComputerPower";
 
 class ModulePower final : public ComputerPower {

@@ -1,7 +1,5 @@
 #include "shell/module_sound.h"
 
-#include <cstdio>
-
 namespace orm {
 
 ModuleSound::~ModuleSound()
@@ -13,11 +11,7 @@ void ModuleSound::play(const QString& file, bool loop)
 {
     if (!module_) {
         module_.emplace("ormivane_sound");
-        if (auto* make = module_->function<NewSoundPlayer>(NewSoundPlayerEntry))
-            player_.reset(make());
-        else
-            std::fprintf(stderr, "ormivane: no sound: %s\n", qPrintable(module_->error()));
-        std::fflush(stderr);
+        player_.reset(module_->make<SoundPlayer>(NewSoundPlayerEntry, "no sound"));
     }
     // Without its module a sound is passed over, as a file that cannot be played is.
     if (player_)

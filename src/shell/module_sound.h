@@ -11,7 +11,6 @@
 namespace orm {
 
 // The sound module's entry: a new AlertSound.
-using NewSoundPlayer = SoundPlayer*();
 inline constexpr char NewSoundPlayerEntry[] = "ormivaneNewSoundPlayer";
 
 class ModuleSound final : public SoundPlayer {
