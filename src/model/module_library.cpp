@@ -39,7 +39,7 @@ ModuleLibrary::ModuleLibrary(const char* name)
         handle_ = dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
         if (handle_)
             return;
-        failures += dlerror();
+        failures += (failures.isEmpty() ? "" : "; ") + QByteArray(dlerror());
     }
     error_ = failures.isEmpty() ? QStringLiteral("the module %1 is not installed beside %2")
                                       .arg(QFile::decodeName(file), QFile::decodeName(folder))

@@ -2,13 +2,15 @@
 // be driven tick by tick and serve a run that has no window at all.
 #pragma once
 
+#include "alerts/alert_host.h"
+
 #include <QString>
 #include <functional>
 
 namespace orm {
 
-inline constexpr int AnswerYes = 6;
-inline constexpr int AnswerNo = 7;
+inline constexpr int AnswerYes = AlertAnswerYes;
+inline constexpr int AnswerNo = AlertAnswerNo;
 // tmrTimeOut fires once a second; the 60th firing answers No.
 inline constexpr int TimeOutInterval = 1000;
 inline constexpr int TimeOutLimit = 60;

@@ -15,6 +15,19 @@
 
 namespace orm::test {
 
+// The index-th rule, armed, on Node 0 of Graph 0 with the given codes.
+inline Alert armedAlert(int index, qint16 action, qint16 condition, qint16 exception = NoException)
+{
+    Alert a = newAlert(index);
+    a.rEnabled = true;
+    a.rAction = action;
+    a.rCondition = condition;
+    a.rException = exception;
+    a.cSensor = 0;
+    a.cNode = 0;
+    return a;
+}
+
 class RecordingHost final : public AlertActionHost {
 public:
     // The answer a question gets; 0 leaves it waiting until answerLater() fires.
@@ -87,14 +100,7 @@ struct AlertWorld {
     // An armed rule on Node 0 of Graph 0 with the given codes.
     Alert& add(qint16 action, qint16 condition, qint16 exception = NoException)
     {
-        Alert a = newAlert(int(tester.Alerts.size()));
-        a.rEnabled = true;
-        a.rAction = action;
-        a.rCondition = condition;
-        a.rException = exception;
-        a.cSensor = 0;
-        a.cNode = 0;
-        tester.Alerts.push_back(a);
+        tester.Alerts.push_back(armedAlert(int(tester.Alerts.size()), action, condition, exception));
         return tester.Alerts.back();
     }
     // How many times a pass fires each Alert.

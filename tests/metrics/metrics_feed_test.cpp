@@ -1,6 +1,7 @@
 // The metrics feed of a Monitor on a hand-driven clock: which Nodes it names
 // and how, the values against what the Alerts read, the tick's own numbers,
 // and the text checked by promtool.
+#include "alert_world.h"
 #include "exposition_reader.h"
 #include "monitor_fixture.h"
 
@@ -138,14 +139,8 @@ TEST_F(RecordingFeed, TicksLostFiringsDurationsAndLogLinesAreCounted)
 TEST_F(RecordingFeed, AlertsAreCountedByNameAndTransferErrorsByNode)
 {
     auto addAlert = [&](const QString& name, double limit) {
-        Alert a = newAlert(int(monitor->alertTester.Alerts.size()));
-        a.rEnabled = true;
+        Alert a = armedAlert(int(monitor->alertTester.Alerts.size()), ShowMessageAction, ExceedsLimit);
         a.rName = name;
-        a.rAction = ShowMessageAction;
-        a.rCondition = ExceedsLimit;
-        a.rException = NoException;
-        a.cSensor = 0;
-        a.cNode = 0;
         a.cLimit = limit;
         monitor->alertTester.Alerts.push_back(a);
     };
