@@ -1,7 +1,9 @@
 // A headless Ormivane with its metrics endpoint, scraped by curl, checked by
 // promtool and scraped by a real Prometheus on loopback, asked through its
 // HTTP API.
+#include "../store/print_qstring.h"
 #include "exposition_reader.h"
+#include "log_shape.h"
 #include "run_headless.h"
 
 #include <QDateTime>
@@ -63,36 +65,6 @@ CurlReply curl(const QString& url, const QStringList& extra = {})
 QStringList bearer(const char* token) { return {QStringLiteral("-H"), QStringLiteral("Authorization: Bearer ") + QLatin1String(token)}; }
 
 using Settings = std::map<QString, QString>;
-
-// The benchmarks' configuration: the first-run Graph with its CPU Node, and a
-// second Graph with CPU, RAM, Page File, Drive Space "/", Disk R/W "/",
-// Download and Upload on loopback, Ping 127.0.0.1, Processes, Sys Uptime; all
-// sampled every second and logged.
-Settings benchConfig(const QString& second = QStringLiteral("Ten"))
-{
-    Settings s{{QStringLiteral("Sensors"), QStringLiteral("2")}};
-    QFile lo(QStringLiteral("/sys/class/net/lo/ifindex"));
-    const QString loopback = lo.open(QIODevice::ReadOnly) ? QString::fromLatin1(lo.readAll().trimmed()) : QStringLiteral("1");
-    const std::vector<std::pair<QString, std::vector<int>>> graphs = {
-        {QStringLiteral("New Graph 1"), {5}}, {second, {5, 6, 10, 9, 18, 12, 13, 8, 22, 21}}};
-    for (size_t g = 0; g < graphs.size(); ++g) {
-        const QString key = QStringLiteral("Sensor%1/").arg(g + 1);
-        s[key + QStringLiteral("Name")] = graphs[g].first;
-        s[key + QStringLiteral("GraphType")] = QStringLiteral("1");
-        s[key + QStringLiteral("SampleEverySeconds")] = QStringLiteral("1");
-        s[key + QStringLiteral("Nodes")] = QString::number(graphs[g].second.size());
-        for (size_t n = 0; n < graphs[g].second.size(); ++n) {
-            const QString k = key + QStringLiteral("Node%1/").arg(n + 1);
-            s[k + QStringLiteral("Name")] = QStringLiteral("Node %1").arg(n + 1);
-            s[k + QStringLiteral("NodeType")] = QString::number(graphs[g].second[n]);
-            s[k + QStringLiteral("LogData")] = QStringLiteral("True");
-            s[k + QStringLiteral("DriveMonitoring")] = QStringLiteral("/");
-            s[k + QStringLiteral("AdapterMonitoring")] = loopback;
-            s[k + QStringLiteral("PingIP")] = QStringLiteral("127.0.0.1");
-        }
-    }
-    return s;
-}
 
 // A headless run with its metrics endpoint; the URL it says it serves on.
 QString startWithMetrics(HeadlessRun& run, const QStringList& args)
@@ -253,7 +225,10 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
     const QString graph = QStringLiteral("Büro \"Ost\" \\ Rack 3");
     const QString ping = QStringLiteral("Ping \"gw\" \\ first\nsecond");
     HeadlessRun run;
-    Settings settings = benchConfig(graph);
+    Settings settings = systemLogSettings();  // the benchmarks' configuration
+    settings[QStringLiteral("Sensor2/Name")] = graph;
+    for (int n = 1; n <= 10; ++n)
+        settings[QStringLiteral("Sensor2/Node%1/Name").arg(n)] = QStringLiteral("Node %1").arg(n);
     settings[QStringLiteral("Sensor2/Node8/Name")] = ping;
     settings[QStringLiteral("MetricsToken")] = QStringLiteral("fleet-s3cret");
     run.writeSettings(settings);
@@ -281,7 +256,7 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
     std::set<QString> names;
     for (const auto& s : prometheus.series(QStringLiteral("ormivane_node_value{job=\"ormivane\"}")))
         names.insert(labels(s, {"graph", "node", "type", "unit"}));
-    std::set<QString> expected{QStringLiteral("New Graph 1/Node 1/CPU/percent")};
+    std::set<QString> expected{QStringLiteral("New Graph 1/New Node/CPU/percent")};
     const char* kinds[] = {"CPU/percent", "RAM/bytes", "Page File/bytes", "Drive Space/bytes", "Disk R/W/bytes_per_second",
                            "Download/bytes_per_second", "Upload/bytes_per_second", "Ping/seconds", "Processes/count", "Sys Uptime/seconds"};
     for (int n = 0; n < 10; ++n)
@@ -344,7 +319,7 @@ TEST(Fleet, PrometheusScrapesTheBenchConfigurationAndItsValuesAreTheLogs)
 TEST(Fleet, AHundredScrapesAtOnceLoseNoTick)
 {
     HeadlessRun run;
-    Settings settings = benchConfig();
+    Settings settings = systemLogSettings();
     const quint16 port = freePort();
     settings[QStringLiteral("MetricsPort")] = QString::number(port);
     run.writeSettings(settings);
@@ -385,7 +360,7 @@ TEST(Fleet, BadSettingsOptionsAndAPortInUseAreToldClearly)
 {
     for (const char* option : {"99999", "localhost:9464", "::1:9464"}) {
         HeadlessRun run;
-        run.writeSettings(benchConfig());
+        run.writeSettings(systemLogSettings());
         run.start(2, {QStringLiteral("--metrics"), QLatin1String(option)});
         ASSERT_TRUE(run.process.waitForFinished(20000));
         EXPECT_EQ(run.process.exitCode(), 2) << option;
@@ -406,7 +381,7 @@ TEST(Fleet, BadSettingsOptionsAndAPortInUseAreToldClearly)
     };
     for (const auto& c : cases) {
         HeadlessRun run;
-        Settings s = benchConfig();
+        Settings s = systemLogSettings();
         s[QStringLiteral("MetricsPort")] = QString::number(freePort());
         s[c.name] = c.value;
         run.writeSettings(s);
