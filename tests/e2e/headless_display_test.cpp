@@ -1,7 +1,6 @@
 // What a headless run draws: the pictures of --snapshot.
 #include "run_headless.h"
 
-#include <QGuiApplication>
 #include <QImage>
 #include <gtest/gtest.h>
 
@@ -50,11 +49,3 @@ TEST(HeadlessDisplay, SnapshotHoldsTheLineBarAndTrayPictures)
 }
 
 }  // namespace
-
-int main(int argc, char** argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -49,7 +49,6 @@ protected:
         ASSERT_TRUE(writeCorpus(run.dataDir));
     }
 
-    Outcome command(const QStringList& args) const { return run.command(args); }
     QByteArray exported() const
     {
         QFile f(run.dataDir + QStringLiteral("/LogExport.csv"));
@@ -79,7 +78,7 @@ TEST_F(HeadlessLogCommands, HeadersAndExportOfTheCorpusWriteNothingElse)
     const QStringList before = dataFiles();
     const QByteArray settings = config();
 
-    const Outcome headers = command({QStringLiteral("--log-headers"), QStringLiteral("2")});
+    const Outcome headers = run.command({QStringLiteral("--log-headers"), QStringLiteral("2")});
     ASSERT_EQ(headers.status, 0) << headers.err.toStdString();
     // The count, then each column with its description (the descriptions are the column list's own tests).
     const QStringList out = headers.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -90,7 +89,7 @@ TEST_F(HeadlessLogCommands, HeadersAndExportOfTheCorpusWriteNothingElse)
     EXPECT_EQ(out[3], "CPU0\tTotal CPU usage percentage");
     EXPECT_EQ(dataFiles(), before);
 
-    const Outcome csv = command({QStringLiteral("--export-log"), QStringLiteral("2")});
+    const Outcome csv = run.command({QStringLiteral("--export-log"), QStringLiteral("2")});
     ASSERT_EQ(csv.status, 0) << csv.err.toStdString();
     EXPECT_TRUE(csv.out.trimmed().isEmpty());
     // CR LF before each record: the last line has no line end.
@@ -103,18 +102,18 @@ TEST_F(HeadlessLogCommands, HeadersAndExportOfTheCorpusWriteNothingElse)
 
 TEST_F(HeadlessLogCommands, RefusalsAndAnExportThatCannotBeWritten)
 {
-    Outcome o = command({QStringLiteral("--log-headers"), QStringLiteral("1")});
+    Outcome o = run.command({QStringLiteral("--log-headers"), QStringLiteral("1")});
     EXPECT_EQ(o.status, 2);
     EXPECT_EQ(o.said(), QStringList{"ormivane: Graph 1 (New Graph 1) is not a Log Graph"});
-    o = command({QStringLiteral("--export-log"), QStringLiteral("4")});
+    o = run.command({QStringLiteral("--export-log"), QStringLiteral("4")});
     EXPECT_EQ(o.status, 2);
     EXPECT_EQ(o.said(), QStringList{"ormivane: there is no Graph 4 (the settings hold 3)"});
-    o = command({QStringLiteral("--export-log"), QStringLiteral("two")});
+    o = run.command({QStringLiteral("--export-log"), QStringLiteral("two")});
     EXPECT_EQ(o.status, 2);
     EXPECT_TRUE(o.out.trimmed().isEmpty());
 
     ASSERT_TRUE(QDir().mkpath(run.dataDir + QStringLiteral("/LogExport.csv")));
-    o = command({QStringLiteral("--export-log"), QStringLiteral("2")});
+    o = run.command({QStringLiteral("--export-log"), QStringLiteral("2")});
     EXPECT_EQ(o.status, 1);
     EXPECT_EQ(o.said(), QStringList{"ormivane: Cannot write LogExport.csv: Is a directory"});
     EXPECT_TRUE(run.noWorkingCopies());
@@ -123,7 +122,7 @@ TEST_F(HeadlessLogCommands, RefusalsAndAnExportThatCannotBeWritten)
 TEST_F(HeadlessLogCommands, SnapshotShowsTheRefreshedLogGraph)
 {
     const QString snap = run.dir.filePath(QStringLiteral("S"));
-    const Outcome o = command({QStringLiteral("--log-headers"), QStringLiteral("2"), QStringLiteral("--snapshot"), snap});
+    const Outcome o = run.command({QStringLiteral("--log-headers"), QStringLiteral("2"), QStringLiteral("--snapshot"), snap});
     ASSERT_EQ(o.status, 0) << o.err.toStdString();
     const QImage picture(snap + QStringLiteral("/Graph2.png"));
     ASSERT_EQ(picture.size(), QSize(568, 159));
@@ -146,7 +145,7 @@ TEST_F(HeadlessLogCommands, ExportBesideAMonitorWritingTodaysLog)
 {
     run.start(8);
     ASSERT_TRUE(run.waitForValueLines(3));
-    const Outcome o = command({QStringLiteral("--export-log"), QStringLiteral("3")});
+    const Outcome o = run.command({QStringLiteral("--export-log"), QStringLiteral("3")});
     ASSERT_EQ(o.status, 0) << o.err.toStdString();
     ASSERT_TRUE(run.finish());
 

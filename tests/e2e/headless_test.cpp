@@ -29,7 +29,6 @@ TEST(Headless, FirstStartLaterStartsAndALeftoverCloseNow)
     const auto first = settingsOf(r);
     EXPECT_EQ(first.at("Settings/FirstRun"), "False");
     EXPECT_EQ(first.at("Settings/Sensor1/Node1/NodeType"), "5");
-    EXPECT_EQ(QFile::permissions(r.config) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
 
     // The log's header and columns are the business of the log tests: here, a line a tick.
     QStringList lines = r.lines();
@@ -92,7 +91,7 @@ TEST(Headless, ConfigAndLogFoldersThatCannotBeUsedAreRefused)
             EXPECT_FALSE(QFile::exists(r.dataDir + QStringLiteral("/Logs")));  // refused before anything ran
         } else {
             EXPECT_NE(o.status, 0);
-            EXPECT_TRUE(o.err.contains(QStringLiteral("Logs"))) << qPrintable(o.err);
+            EXPECT_TRUE(o.err.contains(r.dataDir + QStringLiteral("/Logs: Not a directory"))) << qPrintable(o.err);
         }
         EXPECT_EQ(QFile::permissions(folder), before);
     }
