@@ -58,7 +58,6 @@ inline int pageCount(const QString& pdf)
 
 struct PlacedImage {
     int width = 0;
-    int height = 0;
     double xPpi = 0;
     QString encoding;
 };
@@ -72,7 +71,7 @@ inline std::vector<PlacedImage> placedImages(const QString& pdf)
         // page num type width height color comp bpc enc interp object ID x-ppi y-ppi size ratio
         const QStringList f = line.simplified().split(QLatin1Char(' '));
         if (f.size() >= 14)
-            out.push_back({f[3].toInt(), f[4].toInt(), f[12].toDouble(), f[8]});
+            out.push_back({f[3].toInt(), f[12].toDouble(), f[8]});
     }
     return out;
 }
