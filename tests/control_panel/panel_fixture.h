@@ -3,6 +3,7 @@
 #pragma once
 
 #include "../monitor/settings_file_monitor.h"
+#include "../store/print_qstring.h"
 #include "display/displayed_graph.h"
 #include "model/catalogue.h"
 #include "monitor/monitor.h"
@@ -15,8 +16,6 @@
 #include <gtest/gtest.h>
 
 namespace orm::test {
-
-inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 struct ScriptedPrompts final : EditPrompts {
     bool askYesNo(const QString&, const QString& text) override
