@@ -2,6 +2,7 @@
 // graph pictures and a real settings file; prompts and messages are the test's.
 #pragma once
 
+#include "../monitor/scripted_prompts.h"
 #include "../monitor/settings_file_monitor.h"
 #include "../store/print_qstring.h"
 #include "display/displayed_graph.h"
@@ -16,17 +17,6 @@
 #include <gtest/gtest.h>
 
 namespace orm::test {
-
-struct ScriptedPrompts final : EditPrompts {
-    bool askYesNo(const QString&, const QString& text) override
-    {
-        asked << text;
-        return answer;
-    }
-    void stop(const QString&, const QString& text) override { stops << text; }
-    bool answer = true;
-    QStringList asked, stops;
-};
 
 class PanelFixture : public ::testing::Test, protected SettingsFileMonitor {
 protected:

@@ -36,7 +36,7 @@ TEST_F(Wizard, RowsRenameArmAndDeleteWithTheQuestionAsked)
     wizard->selectRow(1);
     wizard->cmdDeleteAlert();
     ASSERT_EQ(answers.asked.size(), 1);
-    EXPECT_EQ(answers.asked[0], QStringLiteral("Ormivane - Delete Disk full | Are you sure you want to delete this "
+    EXPECT_EQ(answers.asked[0], QStringLiteral("Ormivane - Delete Disk full|Are you sure you want to delete this "
                                                "Alert (Disk full)?"));
     EXPECT_EQ(alerts().size(), 3u);
 
