@@ -71,10 +71,6 @@ TEST(AlertActions, NoOrTheTimeOutGoesOnAndClosingFollowsEvenARefusedRequest)
     EXPECT_EQ(w.host.calls, QStringList({"question:" + exitQuestionText(), "exit:2"}));
     EXPECT_TRUE(w.Closing);
     EXPECT_TRUE(w.tester.Alerts[0].rEnabled);
-    EXPECT_EQ(exitQuestionText(),
-              "\r\nOne of your Alerts may not be set up correctly and is\r\n"
-              "already trying to Restart your computer. Would you like to disable this Alert?\r\n\r\n"
-              "This Alert Action will continue in 60 seconds if not response is given.\r\n\r\n");
 }
 
 TEST(AlertActions, ClosingWhileTheQuestionIsUpDoesNotEndTheSession)

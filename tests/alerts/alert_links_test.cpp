@@ -9,22 +9,6 @@ using namespace orm;
 
 namespace {
 
-TEST(AlertLinks, EveryLinkWordOfTheTableIsKnownByWordAndTag)
-{
-    const AlertOptionTable table = FillAlertOptions();
-    for (int row = 1; row < AlertOptionRows; ++row)
-        for (int column : {OptionLink1, OptionLink2, OptionLink3}) {
-            const QString& word = table.AlertOptions[size_t(row)][size_t(column)];
-            if (!word.isEmpty()) {
-                ASSERT_NE(findAlertLink(word), nullptr) << qPrintable(word);
-                EXPECT_EQ(alertLinkOfTag(findAlertLink(word)->tag), findAlertLink(word)) << qPrintable(word);
-            }
-        }
-    EXPECT_EQ(alertLinkOfTag(QLatin1Char('t')), nullptr);
-    EXPECT_EQ(alertLinkOfTag(QLatin1Char('A')), nullptr);
-    EXPECT_EQ(findAlertLink(QStringLiteral("message")), nullptr);  // whole words, letter case included
-}
-
 TEST(AlertLinks, ReplacementsShowTagAndValueOnceSet)
 {
     std::vector<Graph> sensors(2);

@@ -2,6 +2,7 @@
 // are also read back by Python's own decoder.
 #include "alerts/base64.h"
 #include "alerts/uucode.h"
+#include "../store/store_files.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,14 +11,9 @@
 #include <gtest/gtest.h>
 
 using namespace orm;
+using orm::test::readAll;
 
 namespace {
-
-QByteArray readAll(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 QString writeFile(const QTemporaryDir& dir, const QString& name, const QByteArray& data)
 {

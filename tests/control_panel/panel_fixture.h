@@ -2,7 +2,9 @@
 // graph pictures and a real settings file; prompts and messages are the test's.
 #pragma once
 
+#include "../monitor/scripted_prompts.h"
 #include "../monitor/settings_file_monitor.h"
+#include "../store/print_qstring.h"
 #include "display/displayed_graph.h"
 #include "model/catalogue.h"
 #include "monitor/monitor.h"
@@ -15,19 +17,6 @@
 #include <gtest/gtest.h>
 
 namespace orm::test {
-
-inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
-
-struct ScriptedPrompts final : EditPrompts {
-    bool askYesNo(const QString&, const QString& text) override
-    {
-        asked << text;
-        return answer;
-    }
-    void stop(const QString&, const QString& text) override { stops << text; }
-    bool answer = true;
-    QStringList asked, stops;
-};
 
 class PanelFixture : public ::testing::Test, protected SettingsFileMonitor {
 protected:

@@ -148,7 +148,6 @@ TEST(AboutBox, IsWideEnoughForItsTitle)
     QFont bold = box->font();
     bold.setBold(true);
     EXPECT_GE(box->width(), QFontMetrics(bold).horizontalAdvance(box->windowTitle()) + 150);
-    EXPECT_TRUE(box->text().contains(QStringLiteral("Vendrake")));
     box->close();
 }
 

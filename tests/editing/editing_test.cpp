@@ -1,22 +1,12 @@
 // Structural edits on a started Monitor with an in-memory store; the prompts
 // are answered by the test.
 #include "../monitor/monitor_fixture.h"
+#include "../monitor/scripted_prompts.h"
 #include "model/settings_store.h"
 #include "monitor/editing.h"
 
 namespace orm::test {
 namespace {
-
-struct ScriptedPrompts final : EditPrompts {
-    bool askYesNo(const QString& title, const QString& text) override
-    {
-        asked << title + QLatin1Char('|') + text;
-        return answer;
-    }
-    void stop(const QString& title, const QString& text) override { stops << title + QLatin1Char('|') + text; }
-    bool answer = true;
-    QStringList asked, stops;
-};
 
 class EditingTest : public MonitorFixture {
 protected:

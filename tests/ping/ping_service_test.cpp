@@ -53,7 +53,7 @@ TEST_F(PingServiceTest, TimeOutsCountFailuresUpToTwoBillion)
     Node node = pingNode();
     node.PingState3 = MaxPingFailures - 2;
     service.SendPing(node, timeout = 30);
-    ASSERT_TRUE(runUntil([&] { return !service.running(node); }));
+    ASSERT_TRUE(pumpUntil([&] { return !service.running(node); }));
     EXPECT_EQ(service.reply(node)->Status, EchoTimedOut);
     EXPECT_EQ(service.ReadPing(node), 0);
     EXPECT_EQ(node.PingState3, MaxPingFailures - 1);
@@ -102,7 +102,7 @@ TEST(RealPing, NodesPingingTogetherEachGetTheirOwnReply)
     for (Node& n : nodes)
         service.evaluate(n, 10);
     for (const Node& n : nodes)
-        ASSERT_TRUE(runUntil([&] { return !service.running(n); }));
+        ASSERT_TRUE(pumpUntil([&] { return !service.running(n); }));
     if (service.reply(nodes[0])->Status == EchoGeneralFailure)
         GTEST_SKIP() << "no ICMP socket for this user";
     const quint32 addresses[] = {Loopback, Loopback + 1, Loopback + 2, Loopback};
@@ -127,16 +127,16 @@ TEST(HostTest, RoundsAverageTheAnswersAndAClickStopsTheEchoes)
     test.resolveClicked(2, Qt::LeftButton, "localhost");
     const quint32 rtts[] = {10, 0, 21};
     for (size_t i = 0; i < 3; ++i) {
-        ASSERT_TRUE(runUntil([&] { return echoes.pending.size() > i; }));
+        ASSERT_TRUE(pumpUntil([&] { return echoes.pending.size() > i; }));
         ASSERT_TRUE(echoes.answer(i, rtts[i], i == 1 ? EchoTimedOut : EchoSuccess));
     }
-    ASSERT_TRUE(runUntil([&] { return finished > 0; }));
+    ASSERT_TRUE(pumpUntil([&] { return finished > 0; }));
     EXPECT_EQ(test.hostText(), "127.0.0.1");
     const QStringList trials{test.trial(0), test.trial(1), test.trial(2), test.trial(3)};
     EXPECT_EQ(trials, (QStringList{"10 mSeconds", "! No Response !", "21 mSeconds", "15 mSeconds"}));
 
     test.resolveClicked(0, Qt::LeftButton, "127.0.0.1");
-    ASSERT_TRUE(runUntil([&] { return echoes.pending.size() > 3; }));
+    ASSERT_TRUE(pumpUntil([&] { return echoes.pending.size() > 3; }));
     test.resolveClicked(0, Qt::LeftButton, "127.0.0.1");
     EXPECT_EQ(test.checking(), "");
     EXPECT_FALSE(echoes.alive(3));

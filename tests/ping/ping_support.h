@@ -2,12 +2,9 @@
 // answers itself.
 #pragma once
 
+#include "../alerts/pump_until.h"
 #include "model/model.h"
 #include "sources/icmp_socket.h"
-
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QTimer>
 
 namespace orm::test {
 
@@ -15,18 +12,6 @@ inline int argc = 1;
 inline char arg0[] = "ping_test";
 inline char* argv[] = {arg0, nullptr};
 inline QCoreApplication app(argc, argv);  // timers and sockets need it from the first test on
-
-// Runs the event loop until `done` holds; false when the guard ran out first.
-inline bool runUntil(const std::function<bool()>& done, int guardMs = 20000)
-{
-    QElapsedTimer elapsed;
-    elapsed.start();
-    QTimer wake;  // keeps processEvents from waiting past the guard
-    wake.start(20);
-    while (!done() && elapsed.elapsed() < guardMs)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return done();
-}
 
 inline Node pingNode(const char* ip = "127.0.0.1", qint16 size = 100)
 {

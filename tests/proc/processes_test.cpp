@@ -1,5 +1,6 @@
 // The reader and the process table on a fixture tree that holds the awkward
 // cases side by side, and on a tree the test changes between snapshots.
+#include "../store/store_files.h"
 #include "sources/proc_pid.h"
 #include "sources/processes.h"
 
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 using namespace orm;
+using orm::test::writeFile;
 
 static const QString Tree = QStringLiteral(ORM_FIXTURES "/proc/tree");
 
@@ -67,8 +69,8 @@ protected:
     {
         const QString d = proc.filePath(QString::number(pid));
         ASSERT_TRUE(QDir().mkpath(d));
-        write(d + QStringLiteral("/cmdline"), name + '\0');
-        write(d + QStringLiteral("/statm"), "100 " + QByteArray::number(pages) + " 0 0 0 0 0\n");
+        writeFile(d + QStringLiteral("/cmdline"), name + '\0');
+        writeFile(d + QStringLiteral("/statm"), "100 " + QByteArray::number(pages) + " 0 0 0 0 0\n");
     }
     // The folder moves aside rather than going, so a new folder of the same
     // number cannot get its inode back.
@@ -78,13 +80,7 @@ protected:
     }
     void rename(int pid, const QByteArray& name)
     {
-        write(proc.filePath(QString::number(pid)) + QStringLiteral("/cmdline"), name + '\0');
-    }
-    static void write(const QString& path, const QByteArray& text)
-    {
-        QFile f(path);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write(text);
+        writeFile(proc.filePath(QString::number(pid)) + QStringLiteral("/cmdline"), name + '\0');
     }
     QString nameOf(int pid) const
     {
@@ -140,7 +136,7 @@ TEST_F(ProcessTableChanges, MemoryOfTheRowsAskedForAndTheGenerationOfTheRows)
     EXPECT_EQ(table.memoryAt(1), 8 * 4096);
 
     // A working set read since the snapshot stands until asked again.
-    write(proc.filePath(QStringLiteral("6/statm")), "100 9 0 0 0 0 0\n");
+    writeFile(proc.filePath(QStringLiteral("6/statm")), "100 9 0 0 0 0 0\n");
     EXPECT_EQ(table.memoryAt(1), 8 * 4096);
     table.RefreshProcessMemory(1);
     EXPECT_EQ(table.memoryAt(1), 9 * 4096);

@@ -11,7 +11,6 @@ using namespace orm;
 TEST(MessageDialog, NoticesGatherInOneWindowUntilOk)
 {
     MessageDialog d;
-    EXPECT_EQ(d.windowTitle(), "Ormivane Notification Message");
     d.ShowMessage("one", false, false, false);
     const int firstHeight = d.height();
     d.ShowMessage("two", false, false, false);
@@ -43,7 +42,6 @@ TEST(MessageDialog, QuestionAnsweredByButtonsByCloseAndByTheSixtySecondCount)
     d.close();  // the window's own close button counts as No
 
     d.ShowMessage("Wait", true, true, false);
-    EXPECT_EQ(d.timeOutTimer()->interval(), 1000);
     for (int i = 1; i < 60; ++i)
         d.tmrTimeOut_Timer();
     EXPECT_EQ(d.timeOutBar()->Value(), 59);

@@ -3,6 +3,7 @@
 #include "sources/drive_info.h"
 #include "temp_tree.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -28,10 +29,11 @@ struct MultiDisk : ::testing::Test {
             const QByteArray from = QByteArray("../../") + target, to = QFile::encodeName(labels + name);
             ASSERT_EQ(::symlink(from.constData(), to.constData()), 0);
         }
+        ASSERT_TRUE(QDir().mkpath(proc.path() + "/self"));
         write("self/mounts", readAll(fixture("multidisk/proc/self/mounts")));
         write("diskstats", readAll(fixture("multidisk/proc/diskstats")));
     }
-    void write(const QString& name, const QByteArray& text) { ASSERT_TRUE(writeFile(proc.path() + '/' + name, text)); }
+    void write(const QString& name, const QByteArray& text) { writeFile(proc.path() + '/' + name, text); }
     // The removable partition sdb1 alone, with these sector counts.
     void sectors(quint64 read, quint64 written)
     {

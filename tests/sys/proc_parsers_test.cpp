@@ -82,9 +82,9 @@ TEST(MemoryReader, KeepsTheLastFiguresWhenTheFileFails)
     QTemporaryDir dir;
     const QString path = dir.path() + "/meminfo";
     MemoryStatus mem(dir.path());
-    ASSERT_TRUE(writeFile(path, "MemTotal: 1000 kB\nMemAvailable: 250 kB\n"));
+    writeFile(path, "MemTotal: 1000 kB\nMemAvailable: 250 kB\n");
     mem.GetMemoryStatus();
-    ASSERT_TRUE(writeFile(path, "garbage\n"));
+    writeFile(path, "garbage\n");
     mem.GetMemoryStatus();
     ASSERT_TRUE(QFile::remove(path));
     mem.GetMemoryStatus();
@@ -122,10 +122,10 @@ TEST(KernelFile, OtherFilesAreSeenAsTheyAreNow)
     const QString path = dir.filePath(QStringLiteral("stat"));
     KernelFile file(path);
     EXPECT_FALSE(file.read().has_value());  // not there yet
-    ASSERT_TRUE(writeFile(path, "one\n"));
+    writeFile(path, "one\n");
     EXPECT_EQ(file.read().value(), "one\n");
     // Replaced by a new file under the same name, as an atomic writer does.
-    ASSERT_TRUE(writeFile(path + QStringLiteral(".new"), "two, longer\n"));
+    writeFile(path + QStringLiteral(".new"), "two, longer\n");
     ASSERT_TRUE(QFile::remove(path));
     ASSERT_TRUE(QFile::rename(path + QStringLiteral(".new"), path));
     EXPECT_EQ(file.read().value(), "two, longer\n");

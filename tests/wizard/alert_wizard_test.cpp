@@ -1,6 +1,5 @@
 // The Alert wizard's rules without its window: New and Delete with the keys
-// they leave, and a rule as a restart finds it, checked in the settings file.
-#include "monitor/alert_sentence.h"
+// they leave, checked in the settings file.
 #include "wizard_fixture.h"
 
 namespace orm::test {
@@ -17,16 +16,6 @@ protected:
     {
         wizard = std::make_unique<AlertWizard>(*monitor, &answers);
         wizard->load();
-    }
-    // A link clicked and its dialog ended with OK after `type` filled the transfer.
-    void setLink(const QString& word, const std::function<void(AlertSetting&)>& type)
-    {
-        ASSERT_TRUE(wizard->ClickLink(word).has_value()) << qPrintable(word);
-        wizard->settingOpened();
-        type(wizard->setting);
-        wizard->setting.Open = false;
-        wizard->linkDone();
-        wizard->tmrAlerts_Timer();
     }
     std::unique_ptr<AlertWizard> wizard;
 };
@@ -47,7 +36,7 @@ TEST_F(Wizard, RowsRenameArmAndDeleteWithTheQuestionAsked)
     wizard->selectRow(1);
     wizard->cmdDeleteAlert();
     ASSERT_EQ(answers.asked.size(), 1);
-    EXPECT_EQ(answers.asked[0], QStringLiteral("Ormivane - Delete Disk full | Are you sure you want to delete this "
+    EXPECT_EQ(answers.asked[0], QStringLiteral("Ormivane - Delete Disk full|Are you sure you want to delete this "
                                                "Alert (Disk full)?"));
     EXPECT_EQ(alerts().size(), 3u);
 
@@ -76,38 +65,6 @@ TEST_F(Wizard, RowsRenameArmAndDeleteWithTheQuestionAsked)
     EXPECT_EQ(stored(QStringLiteral("Alerts")), QStringLiteral("0"));
     wizard->cmdDeleteAlert();
     EXPECT_EQ(answers.asked.size(), 4);
-}
-
-TEST_F(Wizard, ARestartListsTheRuleAsItWasLeft)
-{
-    wizard->cmdNewAlert();
-    wizard->lstAlertOptions_Click(2);
-    setLink(QStringLiteral("Message"), [](AlertSetting& s) { s.Text = QStringLiteral("Hot"); });
-    wizard->cmdNext();
-    wizard->cmdNext();
-    setLink(QStringLiteral("Node2"), [](AlertSetting& s) { s.Value1 = 0, s.Value2 = 0; });
-    wizard->lstAlertOptions_Click(8);  // [NONE]
-    wizard->cmdNext();
-    wizard->checkRow(0, true);
-    // The mail settings go with the rules.
-    wizard->selectRow(0);
-    wizard->lstAlertOptions_Click(0);
-    setLink(QStringLiteral("(Settings)"), [](AlertSetting& s) {
-        EXPECT_EQ(s.Kind, SmtpSettingsKind);
-        s.smtp.SMTPServer = QStringLiteral("127.0.0.1:2525");
-    });
-    EXPECT_EQ(monitor->alertTester.VDSMTPRelay1.SMTPServer, QStringLiteral("127.0.0.1:2525"));
-    wizard->lstAlertOptions_Click(2);
-
-    restart();
-    reopen();
-    ASSERT_EQ(wizard->rows.size(), 1u);
-    EXPECT_EQ(wizard->rows[0].text, QStringLiteral("New Alert 1"));
-    EXPECT_TRUE(wizard->rows[0].checked);
-    EXPECT_EQ(monitor->alertTester.mail.SMTPServer, QStringLiteral("127.0.0.1:2525"));
-    wizard->selectRow(0);
-    EXPECT_EQ(shownSentence(wizard->richAlertDesc),
-              QStringLiteral("Show a message saying Hot when Graph (New Graph 1), Node (New Node 1) exceeds Limit1"));
 }
 
 }  // namespace

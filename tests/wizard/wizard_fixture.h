@@ -3,6 +3,7 @@
 // questions.
 #pragma once
 
+#include "../monitor/scripted_prompts.h"
 #include "../monitor/settings_file_monitor.h"
 #include "alerts/alert_store.h"
 #include "display/displayed_graph.h"
@@ -12,17 +13,6 @@
 #include <gtest/gtest.h>
 
 namespace orm::test {
-
-struct ScriptedAnswers final : EditPrompts {
-    bool askYesNo(const QString& title, const QString& text) override
-    {
-        asked << title + QStringLiteral(" | ") + text;
-        return answer;
-    }
-    void stop(const QString&, const QString&) override {}
-    bool answer = true;
-    QStringList asked;
-};
 
 class WizardFixture : public ::testing::Test, protected SettingsFileMonitor {
 protected:
@@ -49,7 +39,7 @@ protected:
     std::vector<Alert>& alerts() { return monitor->alertTester.Alerts; }
 
     DisplayedGraphFactory views{QString(), dir.filePath(QStringLiteral("data"))};
-    ScriptedAnswers answers;
+    ScriptedPrompts answers;
 };
 
 }  // namespace orm::test
