@@ -78,11 +78,19 @@ void LinePainter::InitDraw(const Graph& graph, double maxValue)
     }
 
     // Background and data start as the window shows now: back colour and frame.
+    // Only a Line Graph scrolls them; the others draw on the picture alone.
     const int w = std::max(pw + 55, 1);
     const int h = std::max(ph + 60, 1);
-    back_ = graphImage_.copy(0, 0, w, h);
-    data_ = back_.copy();
-    mix_ = back_.copy();
+    const bool lines = graph.GraphType == LineGraph;
+    data_ = lines ? graphImage_.copy(0, 0, w, h) : QImage();
+    grid_ = QImage();
+    backColumn_.clear();
+    if (lines) {
+        const int column = std::min(56, w - 1);
+        backColumn_.resize(size_t(h));
+        for (int y = 0; y < h; ++y)
+            backColumn_[size_t(y)] = reinterpret_cast<const QRgb*>(data_.constScanLine(y))[column];
+    }
 
     minorPen_ = gridPen(graph.GraphInteriorGridColorLight, Qt::DotLine);
     majorPen_ = gridPen(graph.GraphInteriorGridColor, Qt::DotLine);
@@ -99,7 +107,8 @@ void LinePainter::InitDraw(const Graph& graph, double maxValue)
         }
     }
     paintLabels(graphImage_, graph, maxValue, false);
-    grid_ = graphImage_.copy(0, 0, w, h);
+    if (lines)
+        grid_ = graphImage_.copy(0, 0, w, h);
 }
 
 void LinePainter::setNodePens(const Graph& graph)
@@ -140,7 +149,7 @@ void LinePainter::scroll()
         auto* d = reinterpret_cast<QRgb*>(data_.scanLine(y));
         std::memmove(d + 55, d + 56, bytes);
         // The column entering at the right comes clean from the background.
-        d[w - 1] = reinterpret_cast<const QRgb*>(back_.constScanLine(y))[56];
+        d[w - 1] = backColumn_[size_t(y)];
         auto* g = reinterpret_cast<QRgb*>(grid_.scanLine(y));
         std::memmove(g + 55, g + 56, bytes);
     }
@@ -291,13 +300,28 @@ void LinePainter::copyPlotColumns(const QImage& from, QImage& to, int x, int y, 
                     reinterpret_cast<const QRgb*>(from.constScanLine(row)) + x, size_t(right - x) * sizeof(QRgb));
 }
 
+void LinePainter::fillFromBack(QImage& to, int x, int y, int w, int h) const
+{
+    const int right = std::min(x + w, to.width());
+    const int bottom = std::min({y + h, to.height(), int(backColumn_.size())});
+    if (right <= x)
+        return;
+    for (int row = std::max(y, 0); row < bottom; ++row) {
+        auto* line = reinterpret_cast<QRgb*>(to.scanLine(row));
+        std::fill(line + x, line + right, backColumn_[size_t(row)]);
+    }
+}
+
 void LinePainter::stretchData(double xPercent, double yPercent, const Graph& graph)
 {
     if (!ready())
         return;
     const int pw = geo_.pWidth;
     const int ph = geo_.pHeight;
-    copyPlotColumns(back_, mix_, 55, 35, pw + 1, ph + 25);
+    // The stretched lines are put together aside, on the background, as the
+    // scaling reads the lines as they were.
+    QImage mix(data_.size(), QImage::Format_RGB32);
+    fillFromBack(mix, 55, 35, pw + 1, ph + 25);
     if (yPercent * ph >= 32000)
         yPercent = 32736.0 / ph;
     if (xPercent * pw >= 32000)
@@ -308,19 +332,24 @@ void LinePainter::stretchData(double xPercent, double yPercent, const Graph& gra
         const int tx = roundEven(pw - xPercent * pw + 55);
         const int ty = roundEven(ph - yPercent * ph + 35);
         if (tw > 0 && th > 0 && pw > 0 && ph > 0) {
-            QPainter p(&mix_);
+            QPainter p(&mix);
             p.setClipRect(QRect(55, 35, pw + 1, ph + 25));
             const QRect plot(55, 35, pw, ph);
-            if (tw < pw || th < ph)  // rows or columns fold together: merge them
-                p.drawImage(tx, ty, foldScaled(data_.copy(plot), back_.copy(plot), tw, th));
-            else
+            if (tw < pw || th < ph) {  // rows or columns fold together: merge them
+                QImage back(plot.size(), QImage::Format_RGB32);
+                for (int row = 0; row < ph; ++row) {
+                    auto* line = reinterpret_cast<QRgb*>(back.scanLine(row));
+                    std::fill(line, line + pw, backColumn_[size_t(row + 35)]);
+                }
+                p.drawImage(tx, ty, foldScaled(data_.copy(plot), back, tw, th));
+            } else
                 p.drawImage(QRect(tx, ty, tw, th), data_, plot);
         }
     }
     // An unchanged width keeps the time labels as they were, unstretched.
     if (xPercent == 1)
-        copyPlotColumns(data_, mix_, 55, ph + 35, pw + 1, 25);
-    copyPlotColumns(mix_, data_, 55, 35, pw + 1, ph + 25);
+        copyPlotColumns(data_, mix, 55, ph + 35, pw + 1, 25);
+    copyPlotColumns(mix, data_, 55, 35, pw + 1, ph + 25);
     compose(graph);
 }
 
