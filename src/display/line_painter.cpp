@@ -318,38 +318,47 @@ void LinePainter::stretchData(double xPercent, double yPercent, const Graph& gra
         return;
     const int pw = geo_.pWidth;
     const int ph = geo_.pHeight;
-    // The stretched lines are put together aside, on the background, as the
-    // scaling reads the lines as they were.
-    QImage mix(data_.size(), QImage::Format_RGB32);
-    fillFromBack(mix, 55, 35, pw + 1, ph + 25);
     if (yPercent * ph >= 32000)
         yPercent = 32736.0 / ph;
     if (xPercent * pw >= 32000)
         xPercent = 32736.0 / pw;
+    // An unchanged width keeps the time labels as they were, unstretched.
+    const bool keepLabels = xPercent == 1;
+    const QRect anew(55, 35, pw + 1, keepLabels ? ph : ph + 25);
+    const QRect plot(55, 35, pw, ph);
+    int tw = 0, th = 0, tx = 0, ty = 0;
     if (std::isfinite(xPercent) && std::isfinite(yPercent)) {
-        const int tw = roundEven(xPercent * pw);
-        const int th = roundEven(yPercent * ph);
-        const int tx = roundEven(pw - xPercent * pw + 55);
-        const int ty = roundEven(ph - yPercent * ph + 35);
-        if (tw > 0 && th > 0 && pw > 0 && ph > 0) {
+        tw = roundEven(xPercent * pw);
+        th = roundEven(yPercent * ph);
+        tx = roundEven(pw - xPercent * pw + 55);
+        ty = roundEven(ph - yPercent * ph + 35);
+    }
+    const bool scaled = tw > 0 && th > 0 && pw > 0 && ph > 0;
+    if (scaled && tw >= pw && th >= ph) {
+        // Growing reads the lines as they were: they are put together aside.
+        QImage mix(data_.size(), QImage::Format_RGB32);
+        fillFromBack(mix, 55, 35, pw + 1, ph + 25);
+        {
             QPainter p(&mix);
             p.setClipRect(QRect(55, 35, pw + 1, ph + 25));
-            const QRect plot(55, 35, pw, ph);
-            if (tw < pw || th < ph) {  // rows or columns fold together: merge them
-                QImage back(plot.size(), QImage::Format_RGB32);
-                for (int row = 0; row < ph; ++row) {
-                    auto* line = reinterpret_cast<QRgb*>(back.scanLine(row));
-                    std::fill(line, line + pw, backColumn_[size_t(row + 35)]);
-                }
-                p.drawImage(tx, ty, foldScaled(data_.copy(plot), back, tw, th));
-            } else
-                p.drawImage(QRect(tx, ty, tw, th), data_, plot);
+            p.drawImage(QRect(tx, ty, tw, th), data_, plot);
+        }
+        copyPlotColumns(mix, data_, anew.x(), anew.y(), anew.width(), anew.height());
+    } else {
+        // Rows or columns fold together (merged, so that no line vanishes) into
+        // a picture of their own, which then goes onto the cleared plot.
+        QImage folded;
+        if (scaled) {
+            const std::vector<QRgb> back(backColumn_.begin() + 35, backColumn_.begin() + 35 + ph);
+            folded = foldScaled(data_, plot, back, tw, th);
+        }
+        fillFromBack(data_, anew.x(), anew.y(), anew.width(), anew.height());
+        if (!folded.isNull()) {
+            QPainter p(&data_);
+            p.setClipRect(anew);
+            p.drawImage(tx, ty, folded);
         }
     }
-    // An unchanged width keeps the time labels as they were, unstretched.
-    if (xPercent == 1)
-        copyPlotColumns(data_, mix, 55, ph + 35, pw + 1, 25);
-    copyPlotColumns(mix, data_, 55, 35, pw + 1, ph + 25);
     compose(graph);
 }
 
