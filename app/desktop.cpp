@@ -26,6 +26,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <cstdio>
+#include <memory>
 
 namespace orm {
 
@@ -141,12 +142,14 @@ int runDesktop(Monitor& monitor, KeyValueStore& store, DisplayedGraphFactory& vi
     // Sub Main: a panel that starts in the tray is loaded hidden.
     const bool startInSystray = readFlag(store, SettingsKey, QStringLiteral("StartInSystray"), false);
 
-    SplashWindow splash;
-    splash.showSplash();
-    monitor.onSplash = [&splash](const QString& text) { splash.setStatus(text); };
+    // The splash goes once start-up is over, and its window's picture with it.
+    auto splash = std::make_unique<SplashWindow>();
+    splash->showSplash();
+    monitor.onSplash = [&splash](const QString& text) { splash->setStatus(text); };
     const bool started = monitor.startUp();
     monitor.onSplash = nullptr;
-    splash.closeSplash();
+    splash->closeSplash();
+    splash.reset();
     if (!started) {
         std::fprintf(stderr, "%s\n", qPrintable(monitor.startError()));
         QMessageBox::warning(nullptr, QLatin1String(ProductName), monitor.startError());

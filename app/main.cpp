@@ -25,11 +25,16 @@
 #include <QDir>
 #include <QFileInfo>
 #include <cstdio>
+#include <malloc.h>
 
 using namespace orm;
 
 int main(int argc, char* argv[])
 {
+    // Qt's helper threads (the X connection's reader, the bus, the host lookups)
+    // allocate little: one malloc arena serves them all, where each would keep
+    // resident pages of an arena of its own.
+    mallopt(M_ARENA_MAX, 1);
     if (wantsSpeedTestServer(argc, argv))
         return runSpeedTestServer(argc, argv);
     // Drawing needs a GUI application even without windows (the pictures, the

@@ -166,13 +166,26 @@ QStringList barToolTips(const BarGraphState& state)
     return tips;
 }
 
-void drawBars(QImage& image, const BarGraphState& state, const Graph& graph, int pHeight)
+void drawBars(QImage& image, const BarGraphState& state, const Graph& graph, int pHeight, QPoint origin)
 {
     const std::vector<QRect> rects = barRects(graph, pHeight);
     QPainter p(&image);
+    p.translate(-origin);
     for (size_t i = 0; i < rects.size() && i < state.bars.size(); ++i)
         if (!rects[i].isEmpty())
             drawBarMeter(p, state.bars[i], rects[i]);
+}
+
+QRect barsArea(const BarGraphState& state, const Graph& graph, int pHeight, int width)
+{
+    const std::vector<QRect> rects = barRects(graph, pHeight);
+    QRect area;
+    for (size_t i = 0; i < rects.size() && i < state.bars.size(); ++i) {
+        if (rects[i].isEmpty())
+            continue;
+        area |= state.bars[i].BarLabelValue ? QRect(0, rects[i].top(), width, rects[i].height()) : rects[i];
+    }
+    return area;
 }
 
 QRegion barRegion(const BarGraphState& state, const Graph& graph, int pHeight)

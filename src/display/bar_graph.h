@@ -72,8 +72,13 @@ QString barValueTip(const std::vector<Graph>& sensors, int graph, int node, doub
 // The tool-tip texts of the bars as they stand.
 QStringList barToolTips(const BarGraphState& state);
 
-// Paints the visible bars into the window picture.
-void drawBars(QImage& image, const BarGraphState& state, const Graph& graph, int pHeight);
+// Paints the visible bars into the window picture, or into a piece of it
+// whose top left corner stands at `origin` in the picture.
+void drawBars(QImage& image, const BarGraphState& state, const Graph& graph, int pHeight,
+              QPoint origin = QPoint());
+// The part of a window picture `width` wide that drawBars paints on: the bars,
+// or the whole of their rows when a bar writes its value, which may run wider.
+QRect barsArea(const BarGraphState& state, const Graph& graph, int pHeight, int width);
 
 // The union of the visible bars' shapes, in window picture coordinates.
 QRegion barRegion(const BarGraphState& state, const Graph& graph, int pHeight);

@@ -104,6 +104,21 @@ QImage DisplayedGraph::windowPicture() const
     return image;
 }
 
+void DisplayedGraph::paintWindowPicture(QPainter& painter) const
+{
+    const QImage& image = picture();
+    painter.drawImage(0, 0, image);
+    const Graph& g = sensors_[size_t(index())];
+    if (g.GraphType != BarGraph)
+        return;
+    const QRect area = barsArea(bars_, g, geometry().pHeight, image.width()) & image.rect();
+    if (area.isEmpty())
+        return;
+    QImage part = image.copy(area);
+    drawBars(part, bars_, g, geometry().pHeight, area.topLeft());
+    painter.drawImage(area.topLeft(), part);
+}
+
 bool DisplayedGraph::saveSnapshot(const QString& folder, int graphNumber)
 {
     makePicture();

@@ -8,6 +8,8 @@
 #include "display/tray_icons.h"
 
 #include <QImage>
+
+class QPainter;
 #include <functional>
 #include <memory>
 #include <vector>
@@ -38,6 +40,9 @@ public:
 
     // What the window shows now: the line picture, or the frame with its bars.
     QImage windowPicture() const;
+    // Paints the same at 0, 0 without copying the whole picture: the bars are
+    // drawn on a copy of only the part they cover.
+    void paintWindowPicture(QPainter& painter) const;
     const std::vector<TrayIconPicture>& trayIcons() const { return icons_; }
     const BarGraphState& bars() const { return bars_; }
 

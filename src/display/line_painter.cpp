@@ -78,11 +78,19 @@ void LinePainter::InitDraw(const Graph& graph, double maxValue)
     }
 
     // Background and data start as the window shows now: back colour and frame.
+    // Only a Line Graph scrolls them; the others draw on the picture alone.
     const int w = std::max(pw + 55, 1);
     const int h = std::max(ph + 60, 1);
-    back_ = graphImage_.copy(0, 0, w, h);
-    data_ = back_.copy();
-    mix_ = back_.copy();
+    const bool lines = graph.GraphType == LineGraph;
+    data_ = lines ? graphImage_.copy(0, 0, w, h) : QImage();
+    grid_ = QImage();
+    backColumn_.clear();
+    if (lines) {
+        const int column = std::min(56, w - 1);
+        backColumn_.resize(size_t(h));
+        for (int y = 0; y < h; ++y)
+            backColumn_[size_t(y)] = reinterpret_cast<const QRgb*>(data_.constScanLine(y))[column];
+    }
 
     minorPen_ = gridPen(graph.GraphInteriorGridColorLight, Qt::DotLine);
     majorPen_ = gridPen(graph.GraphInteriorGridColor, Qt::DotLine);
@@ -99,7 +107,8 @@ void LinePainter::InitDraw(const Graph& graph, double maxValue)
         }
     }
     paintLabels(graphImage_, graph, maxValue, false);
-    grid_ = graphImage_.copy(0, 0, w, h);
+    if (lines)
+        grid_ = graphImage_.copy(0, 0, w, h);
 }
 
 void LinePainter::setNodePens(const Graph& graph)
@@ -140,7 +149,7 @@ void LinePainter::scroll()
         auto* d = reinterpret_cast<QRgb*>(data_.scanLine(y));
         std::memmove(d + 55, d + 56, bytes);
         // The column entering at the right comes clean from the background.
-        d[w - 1] = reinterpret_cast<const QRgb*>(back_.constScanLine(y))[56];
+        d[w - 1] = backColumn_[size_t(y)];
         auto* g = reinterpret_cast<QRgb*>(grid_.scanLine(y));
         std::memmove(g + 55, g + 56, bytes);
     }
@@ -291,36 +300,65 @@ void LinePainter::copyPlotColumns(const QImage& from, QImage& to, int x, int y, 
                     reinterpret_cast<const QRgb*>(from.constScanLine(row)) + x, size_t(right - x) * sizeof(QRgb));
 }
 
+void LinePainter::fillFromBack(QImage& to, int x, int y, int w, int h) const
+{
+    const int right = std::min(x + w, to.width());
+    const int bottom = std::min({y + h, to.height(), int(backColumn_.size())});
+    if (right <= x)
+        return;
+    for (int row = std::max(y, 0); row < bottom; ++row) {
+        auto* line = reinterpret_cast<QRgb*>(to.scanLine(row));
+        std::fill(line + x, line + right, backColumn_[size_t(row)]);
+    }
+}
+
 void LinePainter::stretchData(double xPercent, double yPercent, const Graph& graph)
 {
     if (!ready())
         return;
     const int pw = geo_.pWidth;
     const int ph = geo_.pHeight;
-    copyPlotColumns(back_, mix_, 55, 35, pw + 1, ph + 25);
     if (yPercent * ph >= 32000)
         yPercent = 32736.0 / ph;
     if (xPercent * pw >= 32000)
         xPercent = 32736.0 / pw;
+    // An unchanged width keeps the time labels as they were, unstretched.
+    const bool keepLabels = xPercent == 1;
+    const QRect anew(55, 35, pw + 1, keepLabels ? ph : ph + 25);
+    const QRect plot(55, 35, pw, ph);
+    int tw = 0, th = 0, tx = 0, ty = 0;
     if (std::isfinite(xPercent) && std::isfinite(yPercent)) {
-        const int tw = roundEven(xPercent * pw);
-        const int th = roundEven(yPercent * ph);
-        const int tx = roundEven(pw - xPercent * pw + 55);
-        const int ty = roundEven(ph - yPercent * ph + 35);
-        if (tw > 0 && th > 0 && pw > 0 && ph > 0) {
-            QPainter p(&mix_);
+        tw = roundEven(xPercent * pw);
+        th = roundEven(yPercent * ph);
+        tx = roundEven(pw - xPercent * pw + 55);
+        ty = roundEven(ph - yPercent * ph + 35);
+    }
+    const bool scaled = tw > 0 && th > 0 && pw > 0 && ph > 0;
+    if (scaled && tw >= pw && th >= ph) {
+        // Growing reads the lines as they were: they are put together aside.
+        QImage mix(data_.size(), QImage::Format_RGB32);
+        fillFromBack(mix, 55, 35, pw + 1, ph + 25);
+        {
+            QPainter p(&mix);
             p.setClipRect(QRect(55, 35, pw + 1, ph + 25));
-            const QRect plot(55, 35, pw, ph);
-            if (tw < pw || th < ph)  // rows or columns fold together: merge them
-                p.drawImage(tx, ty, foldScaled(data_.copy(plot), back_.copy(plot), tw, th));
-            else
-                p.drawImage(QRect(tx, ty, tw, th), data_, plot);
+            p.drawImage(QRect(tx, ty, tw, th), data_, plot);
+        }
+        copyPlotColumns(mix, data_, anew.x(), anew.y(), anew.width(), anew.height());
+    } else {
+        // Rows or columns fold together (merged, so that no line vanishes) into
+        // a picture of their own, which then goes onto the cleared plot.
+        QImage folded;
+        if (scaled) {
+            const std::vector<QRgb> back(backColumn_.begin() + 35, backColumn_.begin() + 35 + ph);
+            folded = foldScaled(data_, plot, back, tw, th);
+        }
+        fillFromBack(data_, anew.x(), anew.y(), anew.width(), anew.height());
+        if (!folded.isNull()) {
+            QPainter p(&data_);
+            p.setClipRect(anew);
+            p.drawImage(tx, ty, folded);
         }
     }
-    // An unchanged width keeps the time labels as they were, unstretched.
-    if (xPercent == 1)
-        copyPlotColumns(data_, mix_, 55, ph + 35, pw + 1, 25);
-    copyPlotColumns(mix_, data_, 55, 35, pw + 1, ph + 25);
     compose(graph);
 }
 

@@ -1,5 +1,7 @@
 // The scrolling strip chart of a Line Graph, on off-screen images only. The
-// images use the window's own coordinates; the plot starts at 55, 35.
+// images use the window's own coordinates; the plot starts at 55, 35. A Line
+// Graph keeps three window-sized images (the picture, its grid and its lines);
+// any other Graph only the picture, which it never scrolls.
 #pragma once
 
 #include "model/model.h"
@@ -47,13 +49,16 @@ public:
 private:
     void paintLabels(QImage& target, const Graph& graph, double maxValue, bool fromSetMax);
     void copyPlotColumns(const QImage& from, QImage& to, int x, int y, int w, int h);
+    // The background's rows y .. y + h - 1, across columns x .. x + w - 1 of `to`.
+    void fillFromBack(QImage& to, int x, int y, int w, int h) const;
 
     PlotGeometry geo_;
     QImage graphImage_;  // hDCGraph
     QImage grid_;        // GridImage
     QImage data_;        // DataImage
-    QImage back_;        // BackImage
-    QImage mix_;         // MixImage
+    // BackImage: every plot column of the background is the same (back colour,
+    // the frame's bottom edge), so one column of it is kept, top to bottom.
+    std::vector<QRgb> backColumn_;
     std::vector<QPen> nodePens_;
     QPen minorPen_, majorPen_, framePen_;
 

@@ -170,11 +170,13 @@ bool LogWriter::LogData(const LogFlags& flags, const LogInputs& in)
 
 void LogWriter::removeWorkingCopies(const QString& dataDir)
 {
+    // ex*.log1 in any case, matched by hand: a name filter would map and run
+    // the regular expression library for this one look at the folder.
     QDir logs(QDir(dataDir).filePath(QStringLiteral("Logs")));
-    const QStringList copies =
-        logs.entryList({QStringLiteral("ex*.log1")}, QDir::Files | QDir::Hidden | QDir::System);
-    for (const QString& name : copies)
-        QFile::remove(logs.filePath(name));
+    for (const QString& name : logs.entryList(QDir::Files | QDir::Hidden | QDir::System))
+        if (name.startsWith(QLatin1String("ex"), Qt::CaseInsensitive) &&
+            name.endsWith(QLatin1String(".log1"), Qt::CaseInsensitive))
+            QFile::remove(logs.filePath(name));
 }
 
 }  // namespace orm

@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QRegularExpression>
 #include <QSet>
 #include <QSysInfo>
 
@@ -22,6 +21,18 @@ bool processAlive(qint64 pid)
 
 // The six characters a save's temporary gets are drawn from letters of both
 // cases and digits; a word of one case ("backup") is somebody's own file.
+// A save's temporary: the settings file's name, a dot and six letters or digits.
+bool saveTemporary(const QString& name, const QString& fileName)
+{
+    const qsizetype dot = fileName.size();
+    if (name.size() != dot + 7 || !name.startsWith(fileName) || name.at(dot) != u'.')
+        return false;
+    for (QChar c : QStringView(name).sliced(dot + 1))
+        if (!((c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9')))
+            return false;
+    return true;
+}
+
 bool randomLooking(const QString& six)
 {
     bool lower = false, upper = false, digit = false;
@@ -94,12 +105,12 @@ void removeLeftovers(const QString& file)
     QLockFile guard(lock);
     if (!guard.tryLock(0))
         return;
+    // Names are matched by hand: a name filter or a pattern would map and run
+    // the regular expression library for this one look at the folder.
     const QFileInfo fi(file);
-    const QRegularExpression temporary(QRegularExpression::anchoredPattern(
-        QRegularExpression::escape(fi.fileName()) + QStringLiteral("\\.[A-Za-z0-9]{6}")));
     const QDir folder = fi.dir();
-    for (const QString& name : folder.entryList({fi.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden))
-        if (temporary.match(name).hasMatch() && randomLooking(name.right(6)))
+    for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden))
+        if (saveTemporary(name, fi.fileName()) && randomLooking(name.right(6)))
             QFile::remove(folder.filePath(name));
 }
 

@@ -296,7 +296,7 @@ void GraphWindow::paintEvent(QPaintEvent*)
     p.fillRect(rect(), fromBgr(g->GraphBackColor));
     if (!picture_ || !shownType(g->GraphType))
         return;
-    p.drawImage(0, 0, picture_->windowPicture());
+    picture_->paintWindowPicture(p);
     if (shaped_) {
         // The kept parts of a see-through Bar Graph in their own colours.
         p.setClipRegion(gridRegion_);

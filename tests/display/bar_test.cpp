@@ -4,6 +4,7 @@
 #include "display/displayed_graph.h"
 
 #include <QImage>
+#include <QPainter>
 #include <gtest/gtest.h>
 
 using namespace orm;
@@ -137,4 +138,41 @@ TEST(BarGraphPicture, BarsStandBeforeTheFirstSample)
     g.GraphType = BarGraph;
     line.SetUpNodes(false);
     EXPECT_EQ(barToolTips(line.bars()).value(2), QStringLiteral("cpu (CPU 1) - No Data"));
+}
+
+// A window paints the bars over a piece of the picture only: what it shows is
+// the snapshot's picture, pixel for pixel, a value wider than its bar included.
+TEST(BarGraphPicture, TheWindowShowsWhatTheSnapshotSaves)
+{
+    std::vector<Graph> sensors{barGraph()};
+    Graph& g = sensors[0];
+    g.GraphType = BarGraph;
+    g.LocWidth = 568;
+    g.LocHeight = 159;
+    DisplayedGraph bars(sensors, 0, QString(), QString());
+    bars.OpenGraph();
+    bars.WriteGraph({40, 50, 75}, QStringLiteral("10:00:00"), 60, 5);
+    QImage painted(bars.picture().size(), QImage::Format_RGB32);
+    painted.fill(Qt::magenta);
+    {
+        QPainter p(&painted);
+        bars.paintWindowPicture(p);
+    }
+    EXPECT_EQ(painted, bars.windowPicture());
+
+    BarGraphState state = bars.bars();
+    state.bars[2].BarLabelValue = true;
+    state.bars[2].Value = -12345;
+    state.bars[0].BarStyle = 1;
+    QImage whole = bars.picture().copy();
+    drawBars(whole, state, g, bars.geometry().pHeight);
+    const QRect area = barsArea(state, g, bars.geometry().pHeight, whole.width());
+    QImage part = bars.picture().copy(area);
+    drawBars(part, state, g, bars.geometry().pHeight, area.topLeft());
+    EXPECT_EQ(part, whole.copy(area));
+    EXPECT_EQ(bars.picture().copy(), [&] {
+        QImage rest = whole.copy();
+        QPainter(&rest).drawImage(area.topLeft(), bars.picture().copy(area));
+        return rest;
+    }()) << "drawBars painted outside the area";
 }

@@ -134,7 +134,7 @@ TEST_F(LogWriterTest, ShutDownRemovesOnlyWorkingCopies)
 {
     const QString logs = data() + QStringLiteral("/Logs/");
     ASSERT_TRUE(QDir().mkpath(logs));
-    for (const char* name : {"ex20260305.log", "ex20260305.log1", "ex20260304.log1", "other.log1", "ex1.err"})
+    for (const char* name : {"ex20260305.log", "ex20260305.log1", "EX20260304.LOG1", "other.log1", "ex1.err"})
         ASSERT_TRUE(QFile(logs + QLatin1String(name)).open(QIODevice::WriteOnly));
     LogWriter::removeWorkingCopies(data());
     EXPECT_EQ(QDir(logs).entryList(QDir::Files, QDir::Name), (QStringList{"ex1.err", "ex20260305.log", "other.log1"}));

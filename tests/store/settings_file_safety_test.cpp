@@ -150,10 +150,17 @@ TEST(SettingsFileLeftovers, AKilledSaveLeavesNoLockThatDelaysAndNoTemporaries)
     writeFile(half, "[Settings]\nhalf");
     writeFile(file + QStringLiteral(".backup"), "mine");  // not a temporary of a save
     writeFile(dir.filePath(QStringLiteral("Other.conf.aB3xYz")), "theirs");
+    // A temporary is the file's own name, a dot and six letters or digits, nothing else.
+    const QStringList mine = {file + QStringLiteral(".aB3xY"), file + QStringLiteral(".aB3xYz9"),
+                              file + QStringLiteral(".aB-xYz"), dir.filePath(QStringLiteral("ORMIVANE.CONF.aB3xYz"))};
+    for (const QString& name : mine)
+        writeFile(name, "mine");
     IniStore store(file);
     EXPECT_FALSE(QFile::exists(lock) || QFile::exists(half));
     EXPECT_TRUE(QFile::exists(file + QStringLiteral(".backup")));
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("Other.conf.aB3xYz"))));
+    for (const QString& name : mine)
+        EXPECT_TRUE(QFile::exists(name)) << name.toStdString();
 
     // A lock of a live holder (this process) is left to it.
     writeFile(lock, QByteArray::number(QCoreApplication::applicationPid()) + "\nstore_test\n" +
