@@ -8,11 +8,11 @@
 #include "display/tray_icons.h"
 
 #include <QImage>
-
-class QPainter;
 #include <functional>
 #include <memory>
 #include <vector>
+
+class QPainter;
 
 namespace orm {
 
