@@ -19,8 +19,6 @@ bool processAlive(qint64 pid)
     return pid > 0 && (::kill(pid_t(pid), 0) == 0 || errno == EPERM);
 }
 
-// The six characters a save's temporary gets are drawn from letters of both
-// cases and digits; a word of one case ("backup") is somebody's own file.
 // A save's temporary: the settings file's name, a dot and six letters or digits.
 bool saveTemporary(const QString& name, const QString& fileName)
 {
@@ -33,6 +31,8 @@ bool saveTemporary(const QString& name, const QString& fileName)
     return true;
 }
 
+// The six characters a save's temporary gets are drawn from letters of both
+// cases and digits; a word of one case ("backup") is somebody's own file.
 bool randomLooking(const QString& six)
 {
     bool lower = false, upper = false, digit = false;
