@@ -8,7 +8,14 @@ ratio of each pair. Asserts nothing; run it under the build lock:
     flock /tmp/ormivane-build.lock bench/transfer_headless.py build/ormivane
 
 --plain leaves out the debug trace and the Website Node on a missing file
-that otherwise fetch beside the measured one, as in the end-to-end test."""
+that otherwise fetch beside the measured one, as in the end-to-end test.
+
+On a network the endpoint is another machine. Here it shares this one, and on
+two cores the kernel tends to wake the monitor, a long-lived and mostly idle
+process, on the processor the sender runs on, which costs it up to a quarter of
+its speed, while curl, a fresh process each time, escapes that. So the endpoint
+(and this script) get one processor and the monitor and curl share another;
+--shared-cpus leaves them all where the kernel puts them."""
 import os, subprocess, sys, tempfile, time, datetime, statistics, argparse
 
 ap = argparse.ArgumentParser()
@@ -19,7 +26,15 @@ ap.add_argument("--kinds", default="speed,website")
 ap.add_argument("--sizes", default="0,1")
 ap.add_argument("--wrap", default="")
 ap.add_argument("--env", default="")
+ap.add_argument("--shared-cpus", action="store_true", help="do not give the endpoint a processor of its own")
 args = ap.parse_args()
+
+cpus = sorted(os.sched_getaffinity(0))[:2]
+split = len(cpus) == 2 and not args.shared_cpus
+client = (lambda: os.sched_setaffinity(0, {cpus[1]})) if split else None
+if split:
+    os.sched_setaffinity(0, {cpus[0]})  # the endpoint starts from here
+    print(f"the endpoint runs on processor {cpus[0]}, the monitor and curl on processor {cpus[1]}")
 
 tmp = tempfile.mkdtemp(prefix="ormmeasure")
 ladder = os.path.join(tmp, "sizes.txt")
@@ -32,7 +47,7 @@ port = base.split(":")[2].strip("/")
 
 def curl(url):
     out = subprocess.run(["curl", "-s", "-o", "/dev/null", "-w", "%{speed_download} %{time_total} %{time_starttransfer}", url],
-                         capture_output=True, text=True).stdout.split()
+                         preexec_fn=client, capture_output=True, text=True).stdout.split()
     return float(out[0]), float(out[1]), float(out[2])
 
 def log_rows(data):
@@ -80,7 +95,7 @@ def run(kind, size):
         env[k] = v
     p = subprocess.Popen(args.wrap.split() + [args.binary, "--headless", "--data-dir", data, "--config", conf,
                           "--ticks", str(args.ticks)] + words, env=env, stdout=subprocess.DEVNULL,
-                         stderr=open(os.path.join(d, "stderr.txt"), "w"))
+                         stderr=open(os.path.join(d, "stderr.txt"), "w"), preexec_fn=client)
     pairs = []
     seen = 0
     while p.poll() is None:
