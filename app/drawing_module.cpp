@@ -9,9 +9,7 @@
 #include "shell/program_alert_host.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QGuiApplication>
-#include <QUrl>
 
 namespace orm {
 
@@ -63,7 +61,7 @@ public:
     void serveAlerts(Monitor& monitor, ProgramAlertHost& alertHost, const std::optional<PrintRequest>& print,
                      bool& printFailed) override
     {
-        alertHost.setUrlOpener([](const QUrl& url) { return QDesktopServices::openUrl(url); });
+        alertHost.setUrlOpener(openWithDesktop);
         // Without windows the Alerts print on the default printer and say on standard error when they
         // cannot. A rule prints on every tick it holds: the same failure is told once.
         printer_.emplace(

@@ -43,14 +43,10 @@ int main(int argc, char* argv[])
     // plugin or font.
     const RunMode mode = runMode(argc, argv);
     const bool withWindows = mode == RunMode::Windows;
-    std::optional<ModuleLibrary> drawingModule;
-    std::unique_ptr<Drawing> drawing;
-    if (mode != RunMode::Counting) {
-        drawingModule.emplace("ormivane_drawing");
-        drawing.reset(drawingModule->make<Drawing>(NewDrawingEntry, "cannot draw"));
-        if (!drawing)
-            return 1;
-    }
+    ModuleObject<Drawing> drawingModule("ormivane_drawing", NewDrawingEntry, "cannot draw");
+    Drawing* const drawing = mode != RunMode::Counting ? drawingModule.get() : nullptr;
+    if (mode != RunMode::Counting && !drawing)
+        return 1;
     if (mode == RunMode::Drawing && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     std::optional<QCoreApplication> counting;
@@ -185,7 +181,7 @@ int main(int argc, char* argv[])
 
     if (parser.isSet(snapshot)) {
         const QString folder = parser.value(snapshot);
-        monitor.onUnload = [&monitor, &drawing, folder] {
+        monitor.onUnload = [&monitor, drawing, folder] {
             if (!drawing->saveSnapshots(monitor, folder))
                 errorLine(QStringLiteral("cannot save the pictures into %1").arg(folder));
         };

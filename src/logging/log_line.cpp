@@ -177,7 +177,7 @@ void addNodeColumns(const std::vector<Graph>& sensors, const std::vector<double>
             switch (n.NodeType) {
             case WebsiteType:
                 if (n.WebsiteMaster) {
-                    // The columns are named as logUrlName names the address.
+                    // The address in upper case, without blanks and commas.
                     const QString& u = n.DownloadURL;
                     b.cleanName("RESULT_", u, true);
                     value(n.Bandwidth);
@@ -223,11 +223,6 @@ void addNodeColumns(const std::vector<Graph>& sensors, const std::vector<double>
 QChar logSeparator(qint32 logType)
 {
     return logType == 0 ? QLatin1Char(',') : QLatin1Char(' ');
-}
-
-QString logUrlName(const QString& url)
-{
-    return withoutBlanksAndCommas(url.toUpper());
 }
 
 void writeLogLine(const LogFlags& flags, const LogInputs& in, std::string_view date, std::string_view time,

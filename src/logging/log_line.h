@@ -74,9 +74,6 @@ struct LogLineText {
 // "," for LogType 0, one blank for anything else.
 QChar logSeparator(qint32 logType);
 
-// A URL as it stands in a column name: upper-cased, blanks then commas removed.
-QString logUrlName(const QString& url);
-
 // Builds the column string and the value string of one line. `date` and `time`
 // are the texts of the DATE and TIME columns, read by the caller.
 LogLine buildLogLine(const LogFlags& flags, const LogInputs& in, const QString& date,

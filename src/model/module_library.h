@@ -6,6 +6,8 @@
 #include <QString>
 
 #include <cstdio>
+#include <memory>
+#include <optional>
 
 namespace orm {
 
@@ -47,6 +49,37 @@ private:
 
     void* handle_ = nullptr;
     QString error_;
+};
+
+// A T made by the entry `entry` of the module `module` when it is first asked
+// for, so that a run that never asks loads neither. The object goes before its
+// module does.
+template <class T>
+class ModuleObject {
+public:
+    // `what` begins the line on standard error when the object cannot be made.
+    ModuleObject(const char* module, const char* entry, const char* what) : module_(module), entry_(entry), what_(what)
+    {
+    }
+
+    // The object, its module loaded at the first call; null when it cannot be made.
+    T* get()
+    {
+        if (!library_) {
+            library_.emplace(module_);
+            object_.reset(library_->make<T>(entry_, what_));
+        }
+        return object_.get();
+    }
+    // The object if it was made, without loading anything.
+    T* made() const { return object_.get(); }
+
+private:
+    const char* module_;
+    const char* entry_;
+    const char* what_;
+    std::optional<ModuleLibrary> library_;
+    std::unique_ptr<T> object_;  // after library_, so that it goes first
 };
 
 }  // namespace orm

@@ -5,9 +5,6 @@
 #include "model/module_library.h"
 #include "shell/logind_power.h"
 
-#include <memory>
-#include <optional>
-
 namespace orm {
 
 // The power module's entry: a LogindPower on the system bus, with systemctl behind it.
@@ -15,12 +12,14 @@ inline constexpr char NewComputerPowerEntry[] = "ormivaneNewComputerPower";
 
 class ModulePower final : public ComputerPower {
 public:
-    ~ModulePower() override;
-    bool ExitComputer(int mode) override;
+    bool ExitComputer(int mode) override
+    {
+        ComputerPower* power = power_.get();
+        return power && power->ExitComputer(mode);
+    }
 
 private:
-    std::optional<ModuleLibrary> module_;
-    std::unique_ptr<ComputerPower> power_;
+    ModuleObject<ComputerPower> power_{"ormivane_power", NewComputerPowerEntry, "cannot restart or shut down"};
 };
 
 }  // namespace orm

@@ -5,9 +5,6 @@
 #include "model/module_library.h"
 #include "shell/alert_sound.h"
 
-#include <memory>
-#include <optional>
-
 namespace orm {
 
 // The sound module's entry: a new AlertSound.
@@ -15,13 +12,20 @@ inline constexpr char NewSoundPlayerEntry[] = "ormivaneNewSoundPlayer";
 
 class ModuleSound final : public SoundPlayer {
 public:
-    ~ModuleSound() override;
-    void play(const QString& file, bool loop) override;
-    void stop() override;
+    // Without its module a sound is passed over, as a file that cannot be played is.
+    void play(const QString& file, bool loop) override
+    {
+        if (SoundPlayer* player = player_.get())
+            player->play(file, loop);
+    }
+    void stop() override
+    {
+        if (SoundPlayer* player = player_.made())
+            player->stop();
+    }
 
 private:
-    std::optional<ModuleLibrary> module_;
-    std::unique_ptr<SoundPlayer> player_;
+    ModuleObject<SoundPlayer> player_{"ormivane_sound", NewSoundPlayerEntry, "no sound"};
 };
 
 }  // namespace orm

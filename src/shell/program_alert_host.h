@@ -21,8 +21,10 @@ class SoundPlayer;
 // own folder, anything else goes to `openUrl` (a document, a URL). False when
 // there is nothing to open, or nothing to open it with.
 bool startFile(const QString& file, const std::function<bool(const QUrl&)>& openUrl);
-// The same with the desktop's handler (QDesktopServices), which needs the GUI
-// application: only a run that draws links it.
+// The desktop's handler (QDesktopServices), which needs the GUI application:
+// only a run that draws links it.
+bool openWithDesktop(const QUrl& url);
+// startFile with the desktop's handler.
 bool startFile(const QString& file);
 
 class ProgramAlertHost final : public QObject, public AlertActionHost {

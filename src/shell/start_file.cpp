@@ -5,9 +5,14 @@
 
 namespace orm {
 
+bool openWithDesktop(const QUrl& url)
+{
+    return QDesktopServices::openUrl(url);
+}
+
 bool startFile(const QString& file)
 {
-    return startFile(file, [](const QUrl& url) { return QDesktopServices::openUrl(url); });
+    return startFile(file, openWithDesktop);
 }
 
 }  // namespace orm

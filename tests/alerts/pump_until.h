@@ -8,8 +8,9 @@
 
 namespace orm::test {
 
-// Runs the event loop until `done` holds or `ms` have passed.
-inline bool pumpUntil(const std::function<bool()>& done, int ms = 10000)
+// Runs the event loop until `done` holds or `ms` have passed, resting
+// `restMs` between looks (longer where a look is costly).
+inline bool pumpUntil(const std::function<bool()>& done, int ms = 10000, int restMs = 2)
 {
     QElapsedTimer t;
     t.start();
@@ -17,7 +18,7 @@ inline bool pumpUntil(const std::function<bool()>& done, int ms = 10000)
         if (t.elapsed() > ms)
             return false;
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        QThread::msleep(2);
+        QThread::msleep(restMs);
     }
     return true;
 }

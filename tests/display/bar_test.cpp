@@ -35,6 +35,16 @@ Graph barGraph()
     return g;
 }
 
+// barGraph() shown as bars, at the size its window opens with.
+std::vector<Graph> openedBars()
+{
+    std::vector<Graph> sensors{barGraph()};
+    sensors[0].GraphType = BarGraph;
+    sensors[0].LocWidth = 568;
+    sensors[0].LocHeight = 159;
+    return sensors;
+}
+
 }  // namespace
 
 TEST(BarMeter, LitCellsRoundToEvenAndNeverDivideByZero)
@@ -111,11 +121,8 @@ TEST(BarGraph, TickSetsLevelsLineEndsTipsAndPaintsTheBars)
 // window opens or it turns from a Line Graph into bars, before any sample.
 TEST(BarGraphPicture, BarsStandBeforeTheFirstSample)
 {
-    std::vector<Graph> sensors{barGraph()};
+    std::vector<Graph> sensors = openedBars();
     Graph& g = sensors[0];
-    g.GraphType = BarGraph;
-    g.LocWidth = 568;
-    g.LocHeight = 159;
     g.GraphBackColor = 0xFFFFFF;
     DisplayedGraph fresh(sensors, 0, QString(), QString());
     fresh.OpenGraph();
@@ -144,11 +151,8 @@ TEST(BarGraphPicture, BarsStandBeforeTheFirstSample)
 // the snapshot's picture, pixel for pixel, a value wider than its bar included.
 TEST(BarGraphPicture, TheWindowShowsWhatTheSnapshotSaves)
 {
-    std::vector<Graph> sensors{barGraph()};
+    std::vector<Graph> sensors = openedBars();
     Graph& g = sensors[0];
-    g.GraphType = BarGraph;
-    g.LocWidth = 568;
-    g.LocHeight = 159;
     DisplayedGraph bars(sensors, 0, QString(), QString());
     bars.OpenGraph();
     bars.WriteGraph({40, 50, 75}, QStringLiteral("10:00:00"), 60, 5);

@@ -1,6 +1,7 @@
 // A headless Ormivane with its metrics endpoint, scraped by curl, checked by
 // promtool and scraped by a real Prometheus on loopback, asked through its
 // HTTP API.
+#include "../alerts/pump_until.h"
 #include "../store/print_qstring.h"
 #include "exposition_reader.h"
 #include "log_shape.h"
@@ -14,7 +15,6 @@
 #include <QStorageInfo>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QThread>
 #include <QUrl>
 #include <gtest/gtest.h>
 #include <cmath>
@@ -25,18 +25,10 @@ using namespace orm::test;
 
 namespace {
 
-// Polls every 100 ms: each poll of Prometheus is a curl process.
+// Looks every 100 ms: each look at Prometheus is a curl process.
 bool waitUntil(const std::function<bool()>& done, int ms)
 {
-    QElapsedTimer t;
-    t.start();
-    while (!done()) {
-        if (t.elapsed() > ms)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-        QThread::msleep(100);
-    }
-    return true;
+    return pumpUntil(done, ms, 100);
 }
 
 quint16 freePort()
